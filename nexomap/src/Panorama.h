@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <Eigen/Core>
+#include <opencv2/core.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace nexomap {
+
+/// Picture features of one panorama, as parallel arrays: feature i stands at index i of each.
+struct Features
+{
+    std::vector<std::uint8_t> descriptors; ///< 128 bytes each, root-SIFT scaled to at most 127 a byte
+    std::vector<Eigen::Vector3f> bearings; ///< unit vectors, panorama frame
+    std::vector<float> ranges_m;           ///< metres along the bearing; 0: none, or on a depth edge
+    std::vector<float> scales;             ///< radians, the keypoint's size on the sphere
+    std::vector<float> angles_rad;         ///< keypoint orientation against the local vertical
+
+    std::size_t size() const { return bearings.size(); }
+};
+
+/// Range picture of the full sphere, columns from azimuth +pi to -pi, rows from the upper pole.
+struct RangeMap
+{
+    cv::Mat1f range_m; ///< 2048 x 1024; 0: no return
+    cv::Mat1b edge;    ///< 255 where depths jump within the cell
+
+    bool empty() const { return range_m.empty(); }
+    /// Metres along the unit vector; 0 without a return or without a map.
+    float at(const Eigen::Vector3f& bearing) const;
+};
+
+/// What the library keeps of one panorama. No full-size picture stays in memory.
+struct Panorama
+{
+    std::string id;   ///< identity text
+    std::string path; ///< local 8-bit encoding
+    Features features;
+    RangeMap range;
+    cv::Mat3b preview;            ///< 1024 x 512, BGR, for match pictures
+    double camera_height_m = 0.0; ///< above the floor, by the range map; 0: unknown
+
+    bool metric() const { return !range.empty(); }
+};
+
+/// Reads a panorama file and extracts its features. Deterministic.
+/// @return nullptr on failure, with one line in *error
+std::unique_ptr<Panorama> loadPanorama(const std::string& path, std::string* error);
+
+} // namespace nexomap
