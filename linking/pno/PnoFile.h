@@ -56,7 +56,13 @@ public:
     std::array<std::uint32_t, 4> pointValues() const; ///< the point block's four values; zeros without one
 
 private:
-    struct State; ///< everything the lock guards
+    struct State; ///< everything the lock guards, but for the counter
+    struct Piece;
+
+    PnoBytes readSpan(pno::Marker marker, std::uint32_t* size);
+    static PnoBytes read(const Piece& piece, std::uint32_t* size);
+
     mutable std::mutex m_lock;
     std::unique_ptr<State> m_state;
+    std::uint32_t m_outstandingReads = 0; ///< every tile read takes one off, modulo 2^32
 };
