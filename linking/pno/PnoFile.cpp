@@ -96,8 +96,8 @@ std::int32_t PnoFile::Open(const char* path, std::int64_t baseOffset, std::int32
 
     pno::Contents& contents = m_state->contents;
     const pno::Status status = pno::scan(input, baseOffset, static_cast<std::int32_t>(bytes), &contents);
-    if (contents.has(pno::ImageInfo)) m_state->panoId = panoIdFromName(contents.info.identity);
     if (status != pno::Ok) return status;
+    m_state->panoId = panoIdFromName(contents.info.identity);
     m_state->buildLookup();
     m_state->loaded = true;
     return pno::Ok;

@@ -55,7 +55,8 @@ Status Scan::run()
     std::uint16_t magic = 0;
     if (!m_input.read(&magic, sizeof magic)) return BadLength;
     if (magic != kMagic) return BadMagic;
-    if (m_base > std::numeric_limits<std::int64_t>::max() - m_length) return BadLength;
+    // Room for every position that a panorama can name, tiles beyond its end included.
+    if (m_base > std::numeric_limits<std::int64_t>::max() - 3LL * kMaxFileBytes) return BadLength;
 
     std::int32_t position = kMagicBytes;
     while (position < m_length) {
