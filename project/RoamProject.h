@@ -63,5 +63,5 @@ struct RoamProject
 PanoNode* findPanorama(const RoamProject& project, quint64 id);
 
 /// Empties the project in place: login values, path, modified flag, editor state, upload counters, plan flag,
-/// stage, panoramas and links. Folders, map options and the entry index stay.
+/// stage, panoramas, links and lidar flag. Folders, map options and the entry index stay.
 void clearProject(RoamProject& project);
