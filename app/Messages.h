@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// Every message box of the window: kind, title, text, buttons and default stand in one table, so that the
+// words can be read beside each other. All boxes are modal to `parent`.
+
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace messages {
+
+enum class Answer
+{
+    Yes,
+    No,
+    Cancel
+};
+
+/// Whether to save the changed tour before another is made, before one is opened, before the program ends.
+Answer askSaveBeforeNew(QWidget* parent);
+Answer askSaveBeforeOpen(QWidget* parent);
+Answer askSaveBeforeExit(QWidget* parent);
+/// Whether an existing file is to be overwritten.
+bool askOverwrite(QWidget* parent);
+
+/// The tour file cannot be written at all.
+/// @param path    full path of the tour file
+/// @param reason  a further line, or empty
+void saveFailed(QWidget* parent, const QString& path, const QString& reason = {});
+/// The tour file, or a file that goes into it, failed half-way.
+void openFailed(QWidget* parent, const QString& path, const QString& reason = {});
+
+/// Imported panoramas were dropped, because the project's panoramas carry lidar and these do not.
+void droppedWithoutLidar(QWidget* parent);
+/// The other way round.
+void droppedWithLidar(QWidget* parent);
+
+/// A link needs two different panoramas.
+void samePanorama(QWidget* parent);
+/// The two panoramas are linked already.
+void linkExists(QWidget* parent);
+
+/// A tour without panoramas cannot be previewed.
+void nothingToPreview(QWidget* parent);
+
+/// @param problem  sentence that says which library or function is missing
+void linkingLibraryMissing(QWidget* parent, const QString& problem);
+/// Another instance of the program works in the same folder.
+void folderInUse(QWidget* parent, const QString& folder);
+
+} // namespace messages
