@@ -1,0 +1,409 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// The walk over the segments: lengths, order, repeats, and what is missing.
+
+#include "tests/pno/ReaderFixture.h"
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+
+using pnotest::Bytes;
+using pnotest::PnoParts;
+using pnotest::Segment;
+
+class PnoStructure : public ReaderTest
+{
+protected:
+    const PnoParts m_plain = pnotest::parts();
+    const PnoParts m_lidar = [] {
+        pnotest::PnoOptions options;
+        options.depthTiles = pnotest::tinyTiles();
+        return pnotest::parts(options);
+    }();
+};
+
+TEST_F(PnoStructure, AValidFileLoads)
+{
+    EXPECT_FALSE(m_file->loaded());
+    EXPECT_EQ(open(m_plain), pno::Ok);
+    EXPECT_TRUE(m_file->loaded());
+    EXPECT_FALSE(m_file->lidar());
+    EXPECT_EQ(m_file->tileCount(), static_cast<std::int32_t>(m_plain.tiles.size()));
+    const PnoImageInfo info = m_file->imageInfo();
+    EXPECT_EQ(std::memcmp(&info, &m_plain.info, sizeof info), 0);
+    const pno::CaptureTime time = m_file->captureTime();
+    EXPECT_EQ(std::memcmp(&time, &m_plain.capture, sizeof time), 0);
+}
+
+TEST_F(PnoStructure, EveryTopLevelLoads)
+{
+    for (const std::uint32_t level : {10u, 11u, 12u}) {
+        pnotest::PnoOptions options;
+        options.level = level;
+        EXPECT_EQ(open(pnotest::parts(options)), pno::Ok) << "level " << level;
+        EXPECT_EQ(m_file->imageInfo().max_zoom_level, level);
+    }
+}
+
+TEST_F(PnoStructure, AMissingFileCannotBeOpened)
+{
+    EXPECT_EQ(m_file->Open(m_folder.path("none.pno").c_str()), pno::CannotOpen);
+    EXPECT_EQ(m_file->Open(nullptr), pno::CannotOpen);
+    EXPECT_EQ(m_file->Open(""), pno::CannotOpen);
+}
+
+TEST_F(PnoStructure, AFolderIsNoPanorama)
+{
+    EXPECT_LT(m_file->Open(m_folder.path("").c_str()), 0);
+    EXPECT_FALSE(m_file->loaded());
+}
+
+TEST_F(PnoStructure, AnEmptyFileIsRefused)
+{
+    EXPECT_EQ(open(Bytes()), pno::BadLength);
+}
+
+TEST_F(PnoStructure, AFileOf703BytesIsRefusedBeforeItsMagicIsRead)
+{
+    EXPECT_EQ(open(Bytes(703, 0xEE)), pno::BadLength);
+    EXPECT_EQ(open(Bytes(704, 0xEE)), pno::BadMagic);
+}
+
+TEST_F(PnoStructure, AFileLargerThan256MiBIsRefusedBeforeItsMagicIsRead)
+{
+    const std::string path = m_folder.write("large.pno", Bytes(704, 0xEE));
+    std::filesystem::resize_file(path, 0x10000000); // sparse: takes no room on the disk
+    EXPECT_EQ(m_file->Open(path.c_str()), pno::BadMagic);
+    std::filesystem::resize_file(path, 0x10000001);
+    EXPECT_EQ(m_file->Open(path.c_str()), pno::BadLength);
+}
+
+TEST_F(PnoStructure, AFileBeyond4GiBIsNotMistakenForAShortOne)
+{
+    const std::string path = m_folder.write("huge.pno", m_plain.bytes());
+    const auto length = static_cast<std::uintmax_t>(m_plain.bytes().size());
+    std::error_code error;
+    std::filesystem::resize_file(path, (std::uintmax_t(1) << 32) + length, error);
+    if (error) GTEST_SKIP() << "the file system takes no such file: " << error.message();
+    EXPECT_EQ(m_file->Open(path.c_str()), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, static_cast<std::int32_t>(length)), pno::Ok);
+}
+
+TEST_F(PnoStructure, AFileThatStartsOtherwiseHasABadMagic)
+{
+    Bytes bytes = m_plain.bytes();
+    bytes[0] = 0xD8;
+    bytes[1] = 0xFF;
+    EXPECT_EQ(open(bytes), pno::BadMagic);
+    bytes[0] = 0x73;
+    bytes[1] = 0xC0;
+    EXPECT_EQ(open(bytes), pno::BadMagic);
+}
+
+TEST_F(PnoStructure, EachRequiredSegmentIsMissed)
+{
+    for (std::size_t missing = 0; missing < 4; ++missing) {
+        std::vector<Segment> segments = m_plain.segments();
+        // Without the information block the directory has nothing to be checked against: leave it out, too.
+        const bool info = segments[missing].marker == pno::ImageInfo;
+        segments.erase(segments.begin() + static_cast<std::ptrdiff_t>(missing));
+        if (info) segments.erase(segments.begin() + 1);
+        segments.push_back({0x1234, Bytes(1000), {}});
+        EXPECT_EQ(open(segments), pno::MissingSegment) << "segment " << missing;
+        EXPECT_FALSE(m_file->loaded());
+    }
+}
+
+TEST_F(PnoStructure, ADirectoryBeforeTheInformationBlockIsRefused)
+{
+    EXPECT_EQ(open({m_plain.captureSegment(), m_plain.tileDirectorySegment(), m_plain.infoSegment(),
+                    m_plain.tileDataSegment()}),
+              pno::BadSegment);
+}
+
+TEST_F(PnoStructure, TheOtherSegmentsMayStandInAnyOrder)
+{
+    EXPECT_EQ(open({m_lidar.extraSegment(), m_lidar.tileDataSegment(), m_lidar.infoSegment(),
+                    m_lidar.tileDirectorySegment(), m_lidar.pointSegment(), m_lidar.captureSegment(),
+                    m_lidar.depthDirectorySegment(), m_lidar.depthDataSegment()}),
+              pno::Ok);
+    EXPECT_TRUE(m_file->lidar());
+    EXPECT_EQ(tile(3, 1, 1), (Bytes{3, 1, 1, 0xA5}));
+}
+
+TEST_F(PnoStructure, UnknownMarkersAreSkipped)
+{
+    std::vector<Segment> segments;
+    for (const Segment& segment : m_lidar.segments()) {
+        segments.push_back({0xFFD4, Bytes(17, 0xFF), {}});
+        segments.push_back(segment);
+        segments.push_back({0x0000, {}, {}});
+    }
+    EXPECT_EQ(open(segments), pno::Ok);
+    EXPECT_TRUE(m_file->lidar());
+    EXPECT_EQ(tile(10, 31, 15), (Bytes{10, 31, 15, 0xA5}));
+}
+
+TEST_F(PnoStructure, LongerSegmentsThanNeededAreAccepted)
+{
+    std::vector<Segment> segments = m_lidar.segments();
+    for (Segment& segment : segments)
+        segment.data.resize(segment.data.size() + 100, 0xFF);
+    EXPECT_EQ(open(segments), pno::Ok);
+    EXPECT_TRUE(m_file->lidar());
+}
+
+TEST_F(PnoStructure, TheLastOfRepeatedSegmentsWins)
+{
+    PnoParts second = m_lidar;
+    second.capture.year = 2030;
+    std::memcpy(second.info.identity, "ZZZZZZZZZZZZZZ", 14);
+    for (std::uint8_t& byte : second.tileData)
+        byte ^= 0xFF;
+    for (std::uint8_t& byte : second.depthData)
+        byte ^= 0xFF;
+    second.pointValues = {7, 8, 9, 10};
+    second.points[0] = 77;
+    second.extra[0] = 'X';
+    std::vector<Segment> segments = m_lidar.segments();
+    for (const Segment& segment : second.segments())
+        segments.push_back(segment);
+    ASSERT_EQ(open(segments), pno::Ok);
+
+    EXPECT_EQ(m_file->captureTime().year, 2030u);
+    EXPECT_STREQ(m_file->imageInfo().identity, "ZZZZZZZZZZZZZZ");
+    EXPECT_EQ(tile(10, 31, 15), (Bytes{245, 224, 240, 0x5A}));
+    std::uint32_t size = 0;
+    EXPECT_EQ(m_file->ReadDepthTile(31, 15, &size)[0], 245);
+    EXPECT_EQ(m_file->pointValues(), (std::array<std::uint32_t, 4>{7, 8, 9, 10}));
+    EXPECT_EQ(m_file->ReadPoints(&size)[0], 77);
+    EXPECT_EQ(m_file->ReadExtra(&size)[0], 'X');
+}
+
+TEST_F(PnoStructure, ALaterInformationBlockOfTheSameGridIsTaken)
+{
+    PnoParts other = m_plain;
+    std::memcpy(other.info.identity, "AAAAAAAAAAAAAC", 14);
+    std::vector<Segment> segments = m_plain.segments();
+    segments.push_back(other.infoSegment());
+    EXPECT_EQ(open(segments), pno::Ok);
+    EXPECT_EQ(m_file->panoId(), 2u);
+}
+
+TEST_F(PnoStructure, ALaterInformationBlockOfAnotherGridIsRefused)
+{
+    pnotest::PnoOptions options;
+    options.level = 12;
+    std::vector<Segment> segments = m_plain.segments();
+    segments.push_back(pnotest::parts(options).infoSegment());
+    EXPECT_EQ(open(segments), pno::BadSegment);
+    EXPECT_TRUE(noTile(0, 0, 0));
+}
+
+TEST_F(PnoStructure, ASegmentThatEndsWithTheFileEndsTheScan)
+{
+    std::vector<Segment> segments = m_plain.segments();
+    segments.push_back({0x0001, Bytes(10), {}});
+    EXPECT_EQ(open(segments), pno::Ok);
+    segments.back().statedLength = 11;
+    EXPECT_EQ(open(segments), pno::BadLength);
+}
+
+TEST_F(PnoStructure, ASegmentOfNoDataMayEndTheFile)
+{
+    std::vector<Segment> segments = m_plain.segments();
+    segments.push_back({0x0001, {}, {}});
+    EXPECT_EQ(open(segments), pno::Ok);
+}
+
+TEST_F(PnoStructure, ASegmentHeaderCutShortIsRefused)
+{
+    for (std::size_t extra = 1; extra < 6; ++extra) {
+        Bytes bytes = m_plain.bytes();
+        bytes.resize(bytes.size() + extra);
+        EXPECT_EQ(open(bytes), pno::BadLength) << extra << " bytes";
+    }
+}
+
+TEST_F(PnoStructure, ALengthThatDoesNotMoveTheScanForwardIsRefused)
+{
+    for (const std::int32_t length : {-1, -5, -6, -7, -1000, std::numeric_limits<std::int32_t>::min()}) {
+        for (const std::uint16_t marker : {0x0001, 0xFFD0, 0xFFD1}) {
+            std::vector<Segment> segments = m_plain.segments();
+            Segment bent = marker == 0xFFD0   ? m_plain.captureSegment()
+                           : marker == 0xFFD1 ? m_plain.infoSegment()
+                                              : Segment{marker, Bytes(500), {}};
+            bent.statedLength = length;
+            segments.insert(segments.begin(), bent);
+            EXPECT_EQ(open(segments), pno::BadLength) << marker << " with length " << length;
+        }
+    }
+}
+
+TEST_F(PnoStructure, NegativeLengthsOfTheOtherSegmentsAreTooShort)
+{
+    for (std::size_t index = 2; index < 8; ++index) {
+        std::vector<Segment> segments = m_lidar.segments();
+        segments[index].statedLength = -1;
+        EXPECT_EQ(open(segments), pno::BadSegment) << "segment " << index;
+    }
+}
+
+TEST_F(PnoStructure, TheLargestLengthDoesNotOverflow)
+{
+    for (std::size_t index = 0; index < 8; ++index) {
+        std::vector<Segment> segments = m_lidar.segments();
+        segments[index].statedLength = std::numeric_limits<std::int32_t>::max();
+        EXPECT_EQ(open(segments), pno::BadLength) << "segment " << index;
+    }
+}
+
+TEST_F(PnoStructure, EachSegmentOneByteShorterThanItsContentIsRefused)
+{
+    const std::vector<Segment> whole = m_lidar.segments();
+    for (std::size_t index = 0; index < whole.size(); ++index) {
+        std::vector<Segment> segments = whole;
+        if (segments[index].marker == pno::PointBlock) segments[index].data.resize(1040);
+        ASSERT_EQ(open(segments), pno::Ok) << "segment " << index;
+        segments[index].data.pop_back();
+        EXPECT_EQ(open(segments), pno::BadSegment) << "segment " << index;
+    }
+}
+
+TEST_F(PnoStructure, TruncationAtEverySegmentBoundaryIsRefused)
+{
+    const std::vector<Segment> whole = m_lidar.segments();
+    for (std::size_t kept = 0; kept < whole.size(); ++kept) {
+        const Bytes bytes = pnotest::join({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(kept)});
+        const std::int32_t expected = bytes.size() < 704 ? pno::BadLength
+                                      : kept < 4         ? pno::MissingSegment
+                                                         : pno::Ok;
+        EXPECT_EQ(open(bytes), expected) << kept << " segments";
+        EXPECT_FALSE(m_file->lidar());
+    }
+}
+
+TEST_F(PnoStructure, TruncationAnywhereElseIsRefused)
+{
+    const Bytes whole = m_plain.bytes();
+    std::vector<std::size_t> boundaries;
+    for (std::size_t kept = 0; kept <= 4; ++kept) {
+        const auto segments = m_plain.segments();
+        boundaries.push_back(
+            pnotest::join({segments.begin(), segments.begin() + static_cast<std::ptrdiff_t>(kept)}).size());
+    }
+    const auto expectRefused = [&](std::size_t size) {
+        if (std::find(boundaries.begin(), boundaries.end(), size) != boundaries.end()) return;
+        EXPECT_EQ(open(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))),
+                  pno::BadLength)
+            << size << " bytes";
+    };
+    for (std::size_t size = 0; size < whole.size(); size += 97)
+        expectRefused(size);
+    for (const std::size_t boundary : boundaries) {
+        for (std::size_t near = boundary < 8 ? 0 : boundary - 8; near < boundary + 8 && near < whole.size();
+             ++near)
+            expectRefused(near);
+    }
+}
+
+TEST_F(PnoStructure, APanoramaInsideAnotherFileIsReadFromItsBaseOffset)
+{
+    const Bytes panorama = m_lidar.bytes();
+    Bytes container(1000, 0xC0);
+    container.insert(container.end(), panorama.begin(), panorama.end());
+    container.resize(container.size() + 500, 0x11);
+    const std::string path = m_folder.write("tour.bin", container);
+    const auto length = static_cast<std::int32_t>(panorama.size());
+    ASSERT_EQ(m_file->Open(path.c_str(), 1000, length), pno::Ok);
+    EXPECT_TRUE(m_file->lidar());
+    EXPECT_EQ(tile(10, 5, 6), (Bytes{10, 5, 6, 0xA5}));
+    std::uint32_t size = 0;
+    EXPECT_EQ(m_file->ReadDepthTile(4, 3, &size)[1], 4);
+    EXPECT_EQ(m_file->ReadExtra(&size)[0], 'R');
+    EXPECT_EQ(size, 8u);
+
+    EXPECT_EQ(m_file->Open(path.c_str(), 1000, length - 1), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 1000, length + 1), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 999, length), pno::BadMagic);
+}
+
+TEST_F(PnoStructure, AMeasuredLengthCountsFromTheFilesStart)
+{
+    const Bytes panorama = m_plain.bytes();
+    Bytes container(10, 0);
+    container.insert(container.end(), panorama.begin(), panorama.end());
+    // Ten bytes more are expected than are there: a caller with a base offset has to pass the length.
+    EXPECT_EQ(m_file->Open(m_folder.write("tour.bin", container).c_str(), 10), pno::BadLength);
+}
+
+TEST_F(PnoStructure, GivenLengthsOutOfRangeAreRefused)
+{
+    const std::string path = m_folder.write("test.pno", m_plain.bytes());
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, 0), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, 703), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, 0x10000001), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, std::numeric_limits<std::int32_t>::max()), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, std::numeric_limits<std::int32_t>::min()), pno::Ok);
+}
+
+TEST_F(PnoStructure, BaseOffsetsOutsideTheFileAreRefused)
+{
+    const std::string path = m_folder.write("test.pno", m_plain.bytes());
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+    for (const std::int64_t base : {std::int64_t(1) << 20, std::int64_t(1) << 33, kLargest, kLargest - 704})
+        EXPECT_EQ(m_file->Open(path.c_str(), base, 1000), pno::BadLength) << base;
+    for (const std::int64_t base : {std::int64_t(-3), std::numeric_limits<std::int64_t>::min()})
+        EXPECT_EQ(m_file->Open(path.c_str(), base, 1000), pno::BadLength) << base;
+}
+
+TEST_F(PnoStructure, APanoramaBeyond2GiBOfAFileIsRead)
+{
+    const std::string path = m_folder.write("tour.bin", Bytes());
+    constexpr std::int64_t kBase = (std::int64_t(5) << 30) + 3;
+    const Bytes panorama = m_plain.bytes();
+    std::error_code error;
+    std::filesystem::resize_file(path, kBase, error);
+    if (error) GTEST_SKIP() << "the file system takes no such file: " << error.message();
+    std::ofstream(path, std::ios::binary | std::ios::app)
+        .write(reinterpret_cast<const char*>(panorama.data()), static_cast<std::streamsize>(panorama.size()));
+    EXPECT_EQ(m_file->Open(path.c_str(), kBase, static_cast<std::int32_t>(panorama.size())), pno::Ok);
+    EXPECT_EQ(tile(10, 31, 0), (Bytes{10, 31, 0, 0xA5}));
+}
+
+TEST_F(PnoStructure, ASecondOpenStartsFromAClearedState)
+{
+    ASSERT_EQ(open(m_lidar), pno::Ok);
+    EXPECT_EQ(open(Bytes(1000)), pno::BadMagic);
+    EXPECT_FALSE(m_file->loaded());
+    EXPECT_FALSE(m_file->lidar());
+    EXPECT_EQ(m_file->panoId(), 0u);
+    EXPECT_EQ(m_file->tileCount(), 0);
+    EXPECT_EQ(m_file->pointValues(), (std::array<std::uint32_t, 4>{}));
+    EXPECT_EQ(m_file->imageInfo().max_zoom_level, 0u);
+    EXPECT_TRUE(noTile(0, 0, 0));
+    EXPECT_EQ(open(m_plain), pno::Ok);
+    EXPECT_FALSE(m_file->lidar());
+    EXPECT_EQ(m_file->panoId(), 1u);
+}
+
+TEST_F(PnoStructure, AFailedOpenLeavesTheReaderUnloaded)
+{
+    PnoParts bad = m_plain;
+    bad.tiles.back().row = 99;
+    EXPECT_EQ(open(bad), pno::BadSegment);
+    EXPECT_FALSE(m_file->loaded());
+    EXPECT_TRUE(noTile(0, 0, 0));
+}
+
+TEST_F(PnoStructure, PathsWithChineseSpacesAndAccentsAreRead)
+{
+    for (const char* name : {"全景 文件夹/客厅.pno", "Éléphant à côté/naïve café.pno", "a b c.pno"}) {
+        const std::string path = m_folder.write(name, m_plain.bytes());
+        EXPECT_EQ(m_file->Open(path.c_str()), pno::Ok) << name;
+        EXPECT_EQ(tile(0, 0, 0), (Bytes{0, 0, 0, 0xA5})) << name;
+    }
+}
