@@ -24,6 +24,8 @@ public:
     /// error().
     virtual bool readRows(std::uint8_t* rgb, int count) = 0;
     virtual std::string error() const { return {}; } ///< one line, for people
+    /// Starts again at the first row; false when the source can be read only once.
+    virtual bool rewind() { return false; }
 };
 
 /// A range picture of the full sphere: azimuth +pi at the left edge to -pi at the right, top row the upper
@@ -46,9 +48,10 @@ struct CloudPoint
 struct MakeOptions
 {
     std::string id;         ///< 14 letters A-Z a-z; empty: derived from the picture
-    std::string name;       ///< 4 to 31 bytes; shorter ones are padded with "_"
+    std::string name;       ///< UTF-8; shorter than 4 bytes: padded with "_", longer than 31: cut
     int level = 0;          ///< 10, 11 or 12; 0: the smallest that keeps the source's width
-    int quality = 90;       ///< JPEG quality, 50 to 100
+    int quality = 90;       ///< JPEG quality, 50 to 100; lowered by tens where the file would outgrow 256 MiB
+                            ///< and the source can rewind
     double polar_min = 0.0; ///< what the picture's rows cover, radians from the upper pole
     double polar_max = pno::kPi;
     std::uint32_t year = 1970, month = 1, day = 1, hour = 0, minute = 0, second = 0, millisecond = 0;
@@ -56,6 +59,7 @@ struct MakeOptions
     const RangePicture* range = nullptr;             ///< not owned; nullptr: no lidar
     const std::vector<CloudPoint>* points = nullptr; ///< not owned; nullptr: thinned from the range picture
     std::function<void(double)> progress;            ///< called with 0 to 1 now and then; may be empty
+    int threads = 0;                                 ///< 0: one per core; the file is the same for any number
 };
 
 /// Writes one panorama file: pyramid with sqrt(2) steps, 256-pixel JPEG tiles, lidar segments where a range

@@ -1,0 +1,168 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "companions/pnomaker/Resampler.h"
+
+#include "companions/pnomaker/Stripe.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace pnomaker {
+namespace {
+
+constexpr int kWeightBits = 14;
+constexpr int kRowBits = 6; ///< fraction bits of the intermediate row: 255 << 6 leaves room for overshoot
+
+double cubic(double x)
+{
+    x = std::fabs(x);
+    if (x < 1) return (1.5 * x - 2.5) * x * x + 1;
+    return x < 2 ? ((-0.5 * x + 2.5) * x - 4) * x + 2 : 0;
+}
+
+/// Rounds weights to fixed point; what rounding loses goes to the largest, so that the sum is exact.
+void appendFixed(const std::vector<double>& weights, std::vector<std::int16_t>& values)
+{
+    double sum = 0;
+    for (const double weight : weights)
+        sum += weight;
+    const std::size_t begin = values.size();
+    int rest = 1 << kWeightBits;
+    for (const double weight : weights) {
+        values.push_back(static_cast<std::int16_t>(std::lround(weight / sum * (1 << kWeightBits))));
+        rest -= values.back();
+    }
+    *std::max_element(values.begin() + static_cast<std::ptrdiff_t>(begin), values.end()) +=
+        static_cast<std::int16_t>(rest);
+}
+
+} // namespace
+
+AxisWeights::AxisWeights(int inputs, int outputs, double origin, double step, bool wrapped)
+{
+    const bool enlarges = step < 1.0 - 1e-9;
+    std::vector<double> weights;
+    for (int i = 0; i < outputs; ++i) {
+        const double begin = i * step + origin;
+        const double end = begin + step;
+        int first = static_cast<int>(std::floor(begin + 1e-9));
+        int last = static_cast<int>(std::ceil(end - 1e-9)) - 1;
+        if (enlarges) {
+            first = static_cast<int>(std::floor((begin + end) / 2 - 0.5)) - 1;
+            last = first + 3;
+        }
+        if (!wrapped) {
+            // Outputs beyond the input's ends see the edge alone.
+            last = std::clamp(last, 0, inputs - 1);
+            first = std::clamp(first, 0, last);
+        }
+        weights.clear();
+        for (int j = first; j <= last; ++j) {
+            const double weight = enlarges ? cubic((begin + end) / 2 - (j + 0.5))
+                                           : std::min<double>(j + 1, end) - std::max<double>(j, begin);
+            weights.push_back(first == last ? 1.0 : weight);
+        }
+        // At a cut-off edge the kernel can lose nearly all of its weight; the nearest input then stands.
+        double sum = 0;
+        for (const double weight : weights)
+            sum += weight;
+        if (sum < 1e-6) weights.assign(weights.size(), 1.0);
+        taps.push_back({first, last - first + 1, values.size()});
+        appendFixed(weights, values);
+        maxCount = std::max(maxCount, taps.back().count);
+    }
+}
+
+Resampler::Resampler(int inWidth, int inHeight, int outWidth, int outHeight, double rowOrigin, double rowStep)
+    : m_inWidth(inWidth)
+    , m_outWidth(outWidth)
+    , m_same(inWidth == outWidth && inHeight == outHeight && rowOrigin == 0 && rowStep == 1)
+    , m_halves(inWidth == 2 * outWidth && inHeight == 2 * outHeight && rowOrigin == 0 && rowStep == 2)
+    , m_horizontal(inWidth, outWidth, 0, static_cast<double>(inWidth) / outWidth, true)
+    , m_vertical(inHeight, outHeight, rowOrigin, rowStep, false)
+{
+    m_wrapPixels = std::max(0, -m_horizontal.taps.front().first);
+    for (const Taps& taps : m_horizontal.taps)
+        m_wrapPixels = std::max(m_wrapPixels, taps.first + taps.count - inWidth);
+}
+
+void Resampler::makeRow(const StripeWindow& input, int outRow, std::uint8_t* out,
+                        std::vector<std::int16_t>& scratch) const
+{
+    const Taps& taps = m_vertical.taps[outRow];
+    const int values = m_inWidth * 3;
+    if (m_same) {
+        std::memcpy(out, input.row(outRow), static_cast<std::size_t>(values));
+        return;
+    }
+    scratch.resize(static_cast<std::size_t>(values + 6 * m_wrapPixels + 8));
+    std::int16_t* const row = scratch.data() + 3 * m_wrapPixels;
+    if (m_halves) {
+        const std::uint8_t* a = input.row(2 * outRow);
+        const std::uint8_t* b = input.row(2 * outRow + 1);
+        for (int x = 0; x < values; ++x)
+            row[x] = static_cast<std::int16_t>(a[x] + b[x] + 1);
+        for (int x = 0; x < m_outWidth; ++x)
+            for (int c = 0; c < 3; ++c)
+                out[3 * x + c] = static_cast<std::uint8_t>((row[6 * x + c] + row[6 * x + 3 + c]) >> 2);
+        return;
+    }
+    const std::int16_t* weights = &m_vertical.values[taps.weights];
+    constexpr int kShift = kWeightBits - kRowBits;
+    constexpr int kHalf = 1 << (kShift - 1);
+    if (taps.count == 1) {
+        const std::uint8_t* a = input.row(taps.first);
+        for (int x = 0; x < values; ++x)
+            row[x] = static_cast<std::int16_t>(a[x] << kRowBits);
+    } else if (taps.count == 2) {
+        const std::uint8_t *a = input.row(taps.first), *b = input.row(taps.first + 1);
+        const int wa = weights[0], wb = weights[1];
+        for (int x = 0; x < values; ++x)
+            row[x] = static_cast<std::int16_t>((a[x] * wa + b[x] * wb + kHalf) >> kShift);
+    } else if (taps.count == 3) {
+        const std::uint8_t *a = input.row(taps.first), *b = input.row(taps.first + 1),
+                           *c = input.row(taps.first + 2);
+        const int wa = weights[0], wb = weights[1], wc = weights[2];
+        for (int x = 0; x < values; ++x)
+            row[x] = static_cast<std::int16_t>((a[x] * wa + b[x] * wb + c[x] * wc + kHalf) >> kShift);
+    } else {
+        std::vector<std::int32_t> sums(static_cast<std::size_t>(values), kHalf);
+        for (int k = 0; k < taps.count; ++k) {
+            const std::uint8_t* a = input.row(taps.first + k);
+            const int weight = weights[k];
+            for (int x = 0; x < values; ++x)
+                sums[x] += a[x] * weight;
+        }
+        for (int x = 0; x < values; ++x)
+            row[x] = static_cast<std::int16_t>(sums[x] >> kShift);
+    }
+    // The picture is closed along the horizon.
+    for (int i = 0; i < 3 * m_wrapPixels; ++i) {
+        row[values + i] = row[i];
+        row[i - 3 * m_wrapPixels] = row[values + i - 3 * m_wrapPixels];
+    }
+    shrinkColumns(row, out);
+}
+
+void Resampler::shrinkColumns(const std::int16_t* row, std::uint8_t* out) const
+{
+    constexpr int kShift = kWeightBits + kRowBits;
+    for (int x = 0; x < m_outWidth; ++x, out += 3) {
+        const Taps& taps = m_horizontal.taps[x];
+        const std::int16_t* weights = &m_horizontal.values[taps.weights];
+        const std::int16_t* in = row + 3 * taps.first;
+        int red = 1 << (kShift - 1), green = red, blue = red;
+        for (int k = 0; k < taps.count; ++k, in += 3) {
+            red += in[0] * weights[k];
+            green += in[1] * weights[k];
+            blue += in[2] * weights[k];
+        }
+        out[0] = static_cast<std::uint8_t>(std::clamp(red >> kShift, 0, 255));
+        out[1] = static_cast<std::uint8_t>(std::clamp(green >> kShift, 0, 255));
+        out[2] = static_cast<std::uint8_t>(std::clamp(blue >> kShift, 0, 255));
+    }
+}
+
+} // namespace pnomaker
