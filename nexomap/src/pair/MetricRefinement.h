@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/pair/Correspondence.h"
+#include "nexomap/src/pair/RigidPose.h"
+#include "nexomap/src/pair/SurfaceSamples.h"
+#include "nexomap/src/PairPose.h"
+
+namespace nexomap {
+
+struct RefinedPose
+{
+    RigidPose pose;
+    Matrix6d information =
+        Matrix6d::Identity(); ///< of [rotation, translation], right perturbation, no priors
+    double rms = 0.0;         ///< of the whitened residuals of the matches; about 1 when right
+    int surface_pairs = 0;    ///< surface samples that took part
+};
+
+/// Refines a metric pose over its matches, each weighted by the covariance of its bearings and ranges
+/// (bearing only where one range is missing), with a Cauchy loss and a prior that both panoramas stand
+/// upright. With surface samples it also aligns the two range maps point to plane (Chen and Medioni 1992),
+/// keeping only what both see.
+/// @param surfaces_0, surfaces_1  null: matches alone
+RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                             const RigidPose& start, const RangeMap* map_0, const RangeMap* map_1,
+                             const std::vector<SurfaceSample>* surfaces_0,
+                             const std::vector<SurfaceSample>* surfaces_1);
+
+} // namespace nexomap

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// From evidence to a probability.
+#include "nexomap/src/pair/Reliability.h"
+
+#include "nexomap/src/pair/Sphere.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace nexomap {
+namespace {
+
+double logistic(double z)
+{
+    return 1.0 / (1.0 + std::exp(-std::clamp(z, -30.0, 30.0)));
+}
+
+/// Cell of about `size` radians on the sphere.
+std::pair<int, int> cellOf(const Eigen::Vector3d& bearing, double size)
+{
+    const int row = int(polarOf(bearing) / size);
+    const double sine = std::max(0.1, std::sin((row + 0.5) * size));
+    return {row, int((azimuthOf(bearing) + kPi) * sine / size)};
+}
+
+} // namespace
+
+void countPlaces(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                 Evidence* evidence)
+{
+    std::set<std::pair<int, int>> places, cells_0, cells_1;
+    for (const int i : inliers) {
+        places.insert(cellOf(matches[i].bearing_0, 0.3 * kDegree));
+        cells_0.insert(cellOf(matches[i].bearing_0, 30.0 * kDegree));
+        cells_1.insert(cellOf(matches[i].bearing_1, 30.0 * kDegree));
+    }
+    evidence->inliers = int(places.size());
+    evidence->cells = int(std::min(cells_0.size(), cells_1.size()));
+    evidence->inlier_share = matches.empty() ? 0.0 : double(inliers.size()) / double(matches.size());
+}
+
+double metricReliability(const Evidence& e)
+{
+    if (e.inliers < 8 || e.ranges.samples < 200) return 0.0;
+    const double seen = e.ranges.agree + e.ranges.violation;
+    const double clear = seen > 0.0 ? e.ranges.agree / seen : 0.0; // agreement where neither hides the other
+    double z =
+        0.25 * (std::min(e.inliers, 40) - 12) + 20.0 * (clear - 0.85) + 0.3 * (std::min(e.cells, 8) - 3);
+    z -= 6.0 * std::max(0.0, e.second_share - 0.4);
+    z -= 2.0 * std::max(0.0, e.rms - 2.0);
+    z -= std::max(0.0, e.lean / kDegree - 3.0);
+    if (e.ranges.agree < 0.02) z -= 4.0;
+    return logistic(z);
+}
+
+double bearingReliability(const Evidence& e)
+{
+    if (e.inliers < 24) return 0.0;
+    double z = 0.12 * (std::min(e.inliers, 80) - 40) + 0.4 * (std::min(e.cells, 10) - 5) +
+               8.0 * (std::min(e.inlier_share, 0.5) - 0.15);
+    z -= 8.0 * std::max(0.0, e.second_share - 0.4);
+    z -= std::max(0.0, e.lean / kDegree - 3.0);
+    return logistic(z);
+}
+
+double rotationReliability(const Evidence& e)
+{
+    if (e.inliers < 24) return 0.0;
+    return logistic(0.12 * (std::min(e.inliers, 80) - 36) + 0.4 * (std::min(e.cells, 10) - 5) +
+                    8.0 * (std::min(e.inlier_share, 0.5) - 0.2));
+}
+
+} // namespace nexomap

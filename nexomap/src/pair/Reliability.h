@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/pair/Correspondence.h"
+#include "nexomap/src/pair/RangeAgreement.h"
+
+namespace nexomap {
+
+/// What speaks for and against a relative pose.
+struct Evidence
+{
+    int inliers = 0;           ///< matches that agree with the pose, each place counted once
+    int cells = 0;             ///< cells of about 30 degrees that they occupy in the poorer panorama
+    double inlier_share = 0.0; ///< of the tentative matches
+    double second_share = 0.0; ///< support of the best other pose, over this one's
+    double lean = 0.0;         ///< radians between the two verticals
+    double rms = 0.0;          ///< whitened residual (metric), or radians over 0.1 degrees (bearings)
+    RangeAgreement ranges;     ///< metric only
+};
+
+/// Distinct places among the inliers and their spread over the sphere.
+void countPlaces(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                 Evidence* evidence);
+
+/// Probability that a metric pose is right (within 1 degree and 10 cm).
+double metricReliability(const Evidence& evidence);
+/// Probability that a pose from bearings is right (within 1 degree, direction within 5).
+double bearingReliability(const Evidence& evidence);
+/// Probability that two panoramas were taken in one place with this rotation between them.
+double rotationReliability(const Evidence& evidence);
+
+} // namespace nexomap
