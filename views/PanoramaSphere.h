@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "views/gl/Matrix4.h"
+
+#include <qopengl.h>
+#include <QSize>
+
+class QImage;
+class QOpenGLFunctions;
+
+/// The textured sphere as GL objects: program, buffers, panorama texture. Every call but `program` wants the
+/// context current in which `initialise` was called.
+class PanoramaSphere
+{
+public:
+    /// Makes the objects, anew when the context is another one. The texture has no content yet.
+    void initialise(QOpenGLFunctions& gl, QSize panoramaSize);
+    void release(QOpenGLFunctions& gl);
+
+    /// Uploads the whole picture, RGB.
+    void setPicture(QOpenGLFunctions& gl, const QImage& panorama);
+
+    /// Draws the sphere over all that is there. Without a program it draws nothing.
+    void draw(QOpenGLFunctions& gl, const Matrix4& mvp);
+
+    /// Makes the program draw rectangles on the screen.
+    void useForOverlays(QOpenGLFunctions& gl);
+
+    /// 0 when the driver refused it: the view then stays empty.
+    GLuint program() const { return m_program; }
+
+private:
+    GLuint m_program = 0;
+    GLuint m_vertices = 0;
+    GLuint m_indices = 0;
+    GLsizei m_indexCount = 0;
+    GLuint m_texture = 0;
+    QSize m_textureSize;
+};
