@@ -10,8 +10,7 @@
 /// the top row at the upper end of the file's polar extent. Decodes on all cores.
 /// @param pnoPath  file to read
 /// @param image    8192 (level 10) or 4096 (level 8) pixels wide, any height, best RGB888; of any other width
-/// it
-///                 stays as it is. Squares whose tile cannot be read or decoded, or that the file's grid does
-///                 not have, stay as they were; a tile that is not 256 x 256 is clipped to its square.
+///                 it stays as it is. Squares whose tile cannot be read or decoded, or that the file's grid
+///                 does not have, stay as they were; a tile that is not 256 x 256 is clipped to its square.
 /// @return false when the file cannot be opened as a panorama; the image is untouched then
 bool assemblePanorama(const QString& pnoPath, QImage* image);

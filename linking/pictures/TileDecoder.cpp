@@ -5,6 +5,8 @@
 
 #include "linking/pno/PnoFormat.h"
 
+#include <QBuffer>
+#include <QImageReader>
 #include <turbojpeg.h>
 
 #include <cstring>
@@ -12,6 +14,7 @@
 namespace {
 
 constexpr int kTile = static_cast<int>(pno::kTilePixels);
+constexpr int kMaxSide = 16 * kTile; ///< of a tile that the toolkit is asked to decode, pixels
 
 constexpr std::uint8_t kStartOfImage = 0xD8;
 constexpr std::uint8_t kEndOfImage = 0xD9;
@@ -89,5 +92,12 @@ bool TileDecoder::decodePlainJpeg(const std::uint8_t* bytes, std::uint32_t size,
 
 QImage TileDecoder::decode(const std::uint8_t* bytes, std::uint32_t size)
 {
-    return QImage::fromData(bytes, static_cast<int>(size));
+    QByteArray view = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
+    QBuffer buffer(&view);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    // A few bytes may claim a picture of many gigabytes.
+    const QSize claimed = reader.size();
+    if (claimed.width() > kMaxSide || claimed.height() > kMaxSide) return {};
+    return reader.read();
 }

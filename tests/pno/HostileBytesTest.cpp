@@ -15,7 +15,7 @@ using pnotest::PnoParts;
 
 namespace {
 
-constexpr int kFilesPerTest = 1500;
+constexpr int kFilesPerTest = 1000;
 
 class Mischief
 {

@@ -5,6 +5,7 @@
 
 #include "tests/pno/ReaderFixture.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -313,9 +314,8 @@ TEST_F(PnoStructure, TruncationAnywhereElseIsRefused)
 TEST_F(PnoStructure, APanoramaInsideAnotherFileIsReadFromItsBaseOffset)
 {
     const Bytes panorama = m_lidar.bytes();
-    Bytes container(1000, 0xC0);
-    container.insert(container.end(), panorama.begin(), panorama.end());
-    container.resize(container.size() + 500, 0x11);
+    Bytes container(1000 + panorama.size() + 500, 0xC0);
+    std::copy(panorama.begin(), panorama.end(), container.begin() + 1000);
     const std::string path = m_folder.write("tour.bin", container);
     const auto length = static_cast<std::int32_t>(panorama.size());
     ASSERT_EQ(m_file->Open(path.c_str(), 1000, length), pno::Ok);
@@ -334,8 +334,8 @@ TEST_F(PnoStructure, APanoramaInsideAnotherFileIsReadFromItsBaseOffset)
 TEST_F(PnoStructure, AMeasuredLengthCountsFromTheFilesStart)
 {
     const Bytes panorama = m_plain.bytes();
-    Bytes container(10, 0);
-    container.insert(container.end(), panorama.begin(), panorama.end());
+    Bytes container(10 + panorama.size());
+    std::copy(panorama.begin(), panorama.end(), container.begin() + 10);
     // Ten bytes more are expected than are there: a caller with a base offset has to pass the length.
     EXPECT_EQ(m_file->Open(m_folder.write("tour.bin", container).c_str(), 10), pno::BadLength);
 }
