@@ -18,7 +18,10 @@ constexpr double kFaceFov = 96.0 * kDegree; // overlap, so that no feature is lo
 constexpr int kFeaturesPerFace = 1500;
 constexpr double kPoleMargin = 2.0 * kDegree; // filled-in rows are blurred into the picture this far
 constexpr double kNadirMask = 2.6;            // the tripod stands in every picture's own frame
-constexpr float kRootSiftScale = 256.f;       // components of root-SIFT above 0.5 do not occur in pictures
+// The detector doubles the picture first and halves its coordinates without the half pixel between the two
+// grids: its keypoints lie a quarter of a pixel too far right and down.
+constexpr double kDetectorShift = 0.25;
+constexpr float kRootSiftScale = 256.f; // components of root-SIFT above 0.5 do not occur in pictures
 
 /// A pinhole view of the sphere.
 struct Face
@@ -62,13 +65,17 @@ cv::Mat1b renderFace(const cv::Mat1b& gray, const EquirectGrid& grid, const Face
     return picture;
 }
 
+Eigen::Vector3d keypointRay(const Face& face, const cv::KeyPoint& point, double dx = 0.0, double dy = 0.0)
+{
+    return face.ray(point.pt.x + 0.5 - kDetectorShift + dx, point.pt.y + 0.5 - kDetectorShift + dy);
+}
+
 /// Angle of the keypoint's orientation against the local vertical, anticlockwise as seen from the camera.
 float uprightAngle(const Face& face, const cv::KeyPoint& point, const Eigen::Vector3d& bearing)
 {
     const double angle = point.angle * kDegree;
     const Eigen::Vector3d step =
-        face.ray(point.pt.x + 0.5 + std::cos(angle), point.pt.y + 0.5 + std::sin(angle)).normalized() -
-        bearing;
+        keypointRay(face, point, std::cos(angle), std::sin(angle)).normalized() - bearing;
     const Eigen::Vector3d left = Eigen::Vector3d::UnitZ().cross(bearing);
     return float(std::atan2(step.dot(left), step.dot(bearing.cross(left))));
 }
@@ -97,7 +104,7 @@ Features faceFeatures(const cv::Mat1b& gray, const EquirectGrid& grid, const Pol
     const double polar_max = std::min(std::min(extent.max, extent.valid_max) - kPoleMargin, kNadirMask);
     Features features;
     for (const int i : order) {
-        const Eigen::Vector3d bearing = face.ray(points[i].pt.x + 0.5, points[i].pt.y + 0.5).normalized();
+        const Eigen::Vector3d bearing = keypointRay(face, points[i]).normalized();
         const double axis_cosine = bearing.dot(face.forward);
         if (axis_cosine < bearing.cwiseAbs().maxCoeff() - 1e-12) continue; // another face sees it straighter
         const double polar = polarOf(bearing);

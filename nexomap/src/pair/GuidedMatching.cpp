@@ -1,0 +1,186 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// Matching again, with a pose in hand.
+#include "nexomap/src/pair/GuidedMatching.h"
+
+#include "nexomap/src/pair/BearingRansac.h"
+#include "nexomap/src/pair/MetricRansac.h"
+#include "nexomap/src/pair/Sphere.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+namespace nexomap {
+namespace {
+
+constexpr double kGuidedRatio = 0.9;
+
+int descriptorDistance2(const Features& f0, int i0, const Features& f1, int i1)
+{
+    const std::uint8_t* a = f0.descriptors.data() + std::size_t(i0) * kDescriptorBytes;
+    const std::uint8_t* b = f1.descriptors.data() + std::size_t(i1) * kDescriptorBytes;
+    int sum = 0;
+    for (int k = 0; k < kDescriptorBytes; ++k) {
+        const int difference = int(a[k]) - int(b[k]);
+        sum += difference * difference;
+    }
+    return sum;
+}
+
+/// The best and second-best partner of each feature, on both sides.
+class BestPartners
+{
+public:
+    BestPartners(const Features& f0, const Features& f1, int max_distance2)
+        : m_f0(f0), m_f1(f1), m_max(max_distance2), m_0(f0.size()), m_1(f1.size())
+    {}
+
+    void offer(int i0, int i1)
+    {
+        const int distance2 = descriptorDistance2(m_f0, i0, m_f1, i1);
+        m_0[std::size_t(i0)].add(i1, distance2, m_f1.bearings);
+        m_1[std::size_t(i1)].add(i0, distance2, m_f0.bearings);
+    }
+
+    std::vector<Correspondence> matches() const
+    {
+        std::vector<DescriptorMatch> found;
+        for (std::size_t i = 0; i < m_0.size(); ++i) {
+            const Best& best = m_0[i];
+            if (best.partner < 0 || best.distance2 > m_max) continue;
+            const Best& back = m_1[std::size_t(best.partner)];
+            if (back.partner != int(i) || !best.distinct() || !back.distinct()) continue;
+            found.push_back({int(i), best.partner, best.distance2, best.second2});
+        }
+        return plausibleMatches(m_f0, m_f1, found);
+    }
+
+private:
+    struct Best
+    {
+        int partner = -1, distance2 = INT_MAX, second2 = INT_MAX;
+
+        void add(int candidate, int candidate2, const std::vector<Eigen::Vector3f>& bearings)
+        {
+            // A keypoint with two orientations stands twice in the list, and is no rival of itself.
+            const auto same = [&](int a, int b) {
+                return (bearings[std::size_t(a)] - bearings[std::size_t(b)]).squaredNorm() < 1e-7f;
+            };
+            if (candidate2 < distance2) {
+                if (partner >= 0 && !same(partner, candidate)) second2 = distance2;
+                distance2 = candidate2;
+                partner = candidate;
+            } else if (candidate2 < second2 && !same(partner, candidate)) {
+                second2 = candidate2;
+            }
+        }
+        bool distinct() const
+        {
+            return second2 == INT_MAX || distance2 < kGuidedRatio * kGuidedRatio * double(second2);
+        }
+    };
+
+    const Features &m_f0, &m_f1;
+    int m_max;
+    std::vector<Best> m_0, m_1;
+};
+
+bool sameTurn(const Features& f0, int i0, const Features& f1, int i1)
+{
+    if (std::abs(f0.bearings[std::size_t(i0)].z()) > 0.57f || std::abs(f1.bearings[std::size_t(i1)].z()) > 0.57f)
+        return true;
+    return std::abs(std::remainder(double(f0.angles_rad[std::size_t(i0)]) - f1.angles_rad[std::size_t(i1)],
+                                   2.0 * kPi)) < 30.0 * kDegree;
+}
+
+} // namespace
+
+std::vector<Correspondence> guidedByEpipolar(const Features& f0, const Features& f1, const RigidPose& pose,
+                                             double tolerance, int max_distance2)
+{
+    // Epipolar planes turn about the baseline: features of one plane share its angle.
+    const Eigen::Vector3d u = pose.t.unitOrthogonal(), v = pose.t.cross(u);
+    struct Entry
+    {
+        double angle;
+        int index;
+    };
+    std::vector<Entry> sorted;
+    for (std::size_t i = 0; i < f1.size(); ++i) {
+        const Eigen::Vector3d b = pose.R * f1.bearings[i].cast<double>();
+        sorted.push_back({std::atan2(b.dot(v), b.dot(u)), int(i)});
+    }
+    std::sort(sorted.begin(), sorted.end(),
+              [](const Entry& a, const Entry& b) { return a.angle != b.angle ? a.angle < b.angle : a.index < b.index; });
+    BestPartners partners(f0, f1, max_distance2);
+    const int count = int(sorted.size());
+    if (count == 0) return {};
+    for (std::size_t i = 0; i < f0.size(); ++i) {
+        const Eigen::Vector3d a = f0.bearings[i].cast<double>();
+        const double sine = pose.t.cross(a).norm();
+        if (sine < 0.05) continue; // on the baseline every plane is near
+        const double angle = std::atan2(a.dot(v), a.dot(u)), reach = 1.5 * tolerance / sine;
+        Correspondence pair;
+        pair.bearing_0 = a;
+        int at = int(std::lower_bound(sorted.begin(), sorted.end(), angle - reach,
+                                      [](const Entry& e, double value) { return e.angle < value; }) -
+                     sorted.begin());
+        // The angles close to a circle at +-pi.
+        if (angle - reach < -kPi)
+            at = int(std::lower_bound(sorted.begin(), sorted.end(), angle - reach + 2.0 * kPi,
+                                      [](const Entry& e, double value) { return e.angle < value; }) -
+                     sorted.begin());
+        for (int step = 0; step < count; ++step, ++at) {
+            const Entry& entry = sorted[std::size_t(at % count)];
+            if (std::abs(std::remainder(entry.angle - angle, 2.0 * kPi)) > reach) break;
+            if (!sameTurn(f0, int(i), f1, entry.index)) continue;
+            pair.bearing_1 = f1.bearings[std::size_t(entry.index)].cast<double>();
+            const double error = epipolarAngle(pose, pair);
+            if (error >= 0.0 && error < tolerance) partners.offer(int(i), entry.index);
+        }
+    }
+    return partners.matches();
+}
+
+std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1, const RigidPose& pose,
+                                          int max_distance2)
+{
+    constexpr int kRows = 180, kColumns = 360; // cells of a degree
+    constexpr double kReach = 0.6 * kDegree;
+    std::vector<std::vector<int>> cells(std::size_t(kRows) * kColumns);
+    const EquirectGrid grid{kColumns, kRows};
+    for (std::size_t i = 0; i < f0.size(); ++i) {
+        const Eigen::Vector2d at = grid.pixel(f0.bearings[i].cast<double>());
+        cells[std::size_t(std::clamp(int(at.y()), 0, kRows - 1)) * kColumns +
+              std::size_t(std::clamp(int(at.x()), 0, kColumns - 1))]
+            .push_back(int(i));
+    }
+    BestPartners partners(f0, f1, max_distance2);
+    for (std::size_t i = 0; i < f1.size(); ++i) {
+        if (!(f1.ranges_m[i] > 0.f)) continue;
+        const Eigen::Vector3d point = pose * (f1.bearings[i].cast<double>() * double(f1.ranges_m[i]));
+        const double range = point.norm();
+        if (range < 0.2) continue;
+        const Eigen::Vector3d direction = point / range;
+        const Eigen::Vector2d at = grid.pixel(direction);
+        const double sine = std::max(0.02, direction.head<2>().norm());
+        const int reach_x = std::min(kColumns / 2 - 1, int(std::ceil(kReach / kDegree / sine)));
+        const double tolerance = 0.05 + 0.015 * std::max(range, double(f1.ranges_m[i]));
+        for (int row = std::max(0, int(at.y()) - 1); row <= std::min(kRows - 1, int(at.y()) + 1); ++row)
+            for (int dx = -reach_x; dx <= reach_x; ++dx) {
+                const int column = (int(at.x()) + dx + kColumns) % kColumns;
+                for (const int candidate : cells[std::size_t(row) * kColumns + std::size_t(column)]) {
+                    const Eigen::Vector3d bearing = f0.bearings[std::size_t(candidate)].cast<double>();
+                    const double range_0 = f0.ranges_m[std::size_t(candidate)];
+                    const bool near = range_0 > 0.0 ? (bearing * range_0 - point).norm() < tolerance
+                                                    : (bearing - direction).norm() < kReach;
+                    if (near && sameTurn(f0, candidate, f1, int(i))) partners.offer(candidate, int(i));
+                }
+            }
+    }
+    return partners.matches();
+}
+
+} // namespace nexomap
