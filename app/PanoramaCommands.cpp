@@ -8,6 +8,7 @@
 #include "linking/CommandState.h"
 #include "linking/ImportPanoramas.h"
 #include "linking/Linker.h"
+#include "linking/pictures/PanoramaPicture.h"
 #include "linking/RemovePanorama.h"
 #include "ui_Tourwright.h"
 
@@ -69,9 +70,11 @@ void Tourwright::SelPano(int currentRow)
     refreshInfoTable();
 }
 
-void Tourwright::drawPanorama(const PanoNode&, QImage* image)
+void Tourwright::drawPanorama(const PanoNode& panorama, QImage* image)
 {
+    // Where the file has no picture, none of another panorama may remain.
     image->fill(Qt::white);
+    assemblePanorama(panorama.file_path, image);
 }
 
 PanoNode* Tourwright::selectedPanorama() const

@@ -10,6 +10,7 @@
 
 #include <QLabel>
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 namespace {
 
@@ -44,6 +45,9 @@ Tourwright::Tourwright(std::unique_ptr<Linker> linker, QWidget* parent)
     // The views are created in the order in which their OpenGL contexts are wanted, the second panorama
     // first; a reader expects panorama 1 of a link on the left all the same.
     m_ui->layoutLinkViews->setDirection(QBoxLayout::RightToLeft);
+    // A scroll area paints its own background, which differs from a page's in many styles.
+    m_ui->scrollLink->viewport()->setAutoFillBackground(false);
+    m_ui->panelLink->setAutoFillBackground(false);
     m_status = new QLabel(this);
     m_ui->statusBar->addPermanentWidget(m_status);
     loadMarkers();

@@ -1,4 +1,400 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>NexomapLinker</name>
+    <message>
+        <source>The linking library %1 is missing.</source>
+        <translation>The linking library %1 is missing.</translation>
+    </message>
+    <message>
+        <source>The linking library cannot be loaded: %1.</source>
+        <translation>The linking library cannot be loaded: %1.</translation>
+    </message>
+    <message>
+        <source>The linking library %1 lacks %2.</source>
+        <translation>The linking library %1 lacks %2.</translation>
+    </message>
+</context>
+<context>
+    <name>SaveTour</name>
+    <message>
+        <source>it is a folder</source>
+        <translation>it is a folder</translation>
+    </message>
+    <message>
+        <source>its unfinished remains cannot be removed</source>
+        <translation>its unfinished remains cannot be removed</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read to its end</source>
+        <translation>%1 cannot be read to its end</translation>
+    </message>
+</context>
+<context>
+    <name>Tourwright</name>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>Create Panorama Roaming</source>
+        <translation>Create Panorama Roaming</translation>
+    </message>
+    <message>
+        <source>Whether to save the current roaming file?</source>
+        <translation>Whether to save the current roaming file?</translation>
+    </message>
+    <message>
+        <source>Open Panorama Roaming</source>
+        <translation>Open Panorama Roaming</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>Save As</source>
+        <translation>Save As</translation>
+    </message>
+    <message>
+        <source>The file already exists. Is it overwritten?</source>
+        <translation>The file already exists. Is it overwritten?</translation>
+    </message>
+    <message>
+        <source>Add Panorama File</source>
+        <translation>Add Panorama File</translation>
+    </message>
+    <message>
+        <source>All panoramas must either all contain radar data or none of them. Panoramas without radar data are automatically deleted!</source>
+        <translation>All panoramas must either all contain radar data or none of them. Panoramas without radar data are automatically deleted!</translation>
+    </message>
+    <message>
+        <source>All panoramas must either all contain radar data or none of them. Panoramas with radar data are automatically deleted!</source>
+        <translation>All panoramas must either all contain radar data or none of them. Panoramas with radar data are automatically deleted!</translation>
+    </message>
+    <message>
+        <source>Add Panorama Link</source>
+        <translation>Add Panorama Link</translation>
+    </message>
+    <message>
+        <source>The selected panoramas cannot be the same!</source>
+        <translation>The selected panoramas cannot be the same!</translation>
+    </message>
+    <message>
+        <source>Have a panoramic link with the same name!</source>
+        <translation>Have a panoramic link with the same name!</translation>
+    </message>
+    <message>
+        <source>Preview Panorama Roaming</source>
+        <translation>Preview Panorama Roaming</translation>
+    </message>
+    <message>
+        <source>Please add panoramas first!</source>
+        <translation>Please add panoramas first!</translation>
+    </message>
+    <message>
+        <source>Panorama Linking</source>
+        <translation>Panorama Linking</translation>
+    </message>
+    <message>
+        <source>Panoramas cannot be linked.</source>
+        <translation>Panoramas cannot be linked.</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>The folder %1 is in use by another running instance of this program.</source>
+        <translation>The folder %1 is in use by another running instance of this program.</translation>
+    </message>
+    <message>
+        <source>File </source>
+        <translation>File </translation>
+    </message>
+    <message>
+        <source>Save File</source>
+        <translation>Save File</translation>
+    </message>
+    <message>
+        <source> save failed!</source>
+        <translation> save failed!</translation>
+    </message>
+    <message>
+        <source>Open File</source>
+        <translation>Open File</translation>
+    </message>
+    <message>
+        <source> open failed!</source>
+        <translation> open failed!</translation>
+    </message>
+    <message>
+        <source>Select the pno file (multiple selection is supported)</source>
+        <translation>Select the pno file (multiple selection is supported)</translation>
+    </message>
+    <message>
+        <source>pno File(*.pno)</source>
+        <translation>pno File(*.pno)</translation>
+    </message>
+    <message>
+        <source>roa File(*.roa)</source>
+        <translation>roa File(*.roa)</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Panorama 1</source>
+        <translation>Panorama 1</translation>
+    </message>
+    <message>
+        <source>Panorama 2</source>
+        <translation>Panorama 2</translation>
+    </message>
+    <message>
+        <source>Image Size</source>
+        <translation>Image Size</translation>
+    </message>
+    <message>
+        <source>Hotspot Title</source>
+        <translation>Hotspot Title</translation>
+    </message>
+    <message>
+        <source>Content Length</source>
+        <translation>Content Length</translation>
+    </message>
+    <message>
+        <source>Unnamed tour</source>
+        <translation>Unnamed tour</translation>
+    </message>
+    <message>
+        <source>Panoramas: %1</source>
+        <translation>Panoramas: %1</translation>
+    </message>
+    <message>
+        <source>Links: %1</source>
+        <translation>Links: %1</translation>
+    </message>
+</context>
+<context>
+    <name>TourwrightClass</name>
+    <message>
+        <source>Orvanta 漫游创作工具</source>
+        <translation>Orvanta Tour Authoring Tool</translation>
+    </message>
+    <message>
+        <source>添加全景点</source>
+        <translation>Add Panorama</translation>
+    </message>
+    <message>
+        <source>删除全景点</source>
+        <translation>Delete Panorama</translation>
+    </message>
+    <message>
+        <source>设置全景链接</source>
+        <translation>Panorama Links</translation>
+    </message>
+    <message>
+        <source>设置起始全景点</source>
+        <translation>Start Panorama</translation>
+    </message>
+    <message>
+        <source>选择起始全景点</source>
+        <translation>Start panorama</translation>
+    </message>
+    <message>
+        <source>删除全景链接</source>
+        <translation>Delete Link</translation>
+    </message>
+    <message>
+        <source>自动生成全景链接</source>
+        <translation>Generate Links Automatically</translation>
+    </message>
+    <message>
+        <source>手动添加全景链接</source>
+        <translation>Add Link by Hand</translation>
+    </message>
+    <message>
+        <source>选择一个全景点</source>
+        <translation>One panorama</translation>
+    </message>
+    <message>
+        <source>选择另一个全景点</source>
+        <translation>Other panorama</translation>
+    </message>
+    <message>
+        <source>自动完善全景链接并生成导航图</source>
+        <translation>Complete Links and Generate Map</translation>
+    </message>
+    <message>
+        <source>导航图输出设置</source>
+        <translation>Navigation Map Output</translation>
+    </message>
+    <message>
+        <source>导航图模式</source>
+        <translation>Map mode</translation>
+    </message>
+    <message>
+        <source>使用黑白2D平面图作为导航图</source>
+        <translation>Use a black-and-white 2D plan as navigation map</translation>
+    </message>
+    <message>
+        <source>2D平面图</source>
+        <translation>2D plan</translation>
+    </message>
+    <message>
+        <source>使用彩色3D点云作为导航图</source>
+        <translation>Use a coloured 3D point cloud as navigation map</translation>
+    </message>
+    <message>
+        <source>3D点云</source>
+        <translation>3D point cloud</translation>
+    </message>
+    <message>
+        <source>拍摄场景</source>
+        <translation>Scene</translation>
+    </message>
+    <message>
+        <source>自动去除天花板且进行点云插值</source>
+        <translation>Remove the ceiling and interpolate the point cloud</translation>
+    </message>
+    <message>
+        <source>室内</source>
+        <translation>Indoor</translation>
+    </message>
+    <message>
+        <source>不去除天花板且不进行点云插值</source>
+        <translation>Keep the ceiling, do not interpolate the point cloud</translation>
+    </message>
+    <message>
+        <source>室外</source>
+        <translation>Outdoor</translation>
+    </message>
+    <message>
+        <source>点云密度</source>
+        <translation>Point density</translation>
+    </message>
+    <message>
+        <source>适合1千平方米以下的场景</source>
+        <translation>For scenes under 1,000 m²</translation>
+    </message>
+    <message>
+        <source>高</source>
+        <translation>High</translation>
+    </message>
+    <message>
+        <source>适合1千到1万平方米的场景</source>
+        <translation>For scenes of 1,000 to 10,000 m²</translation>
+    </message>
+    <message>
+        <source>中</source>
+        <translation>Medium</translation>
+    </message>
+    <message>
+        <source>适合1万平方米以上的场景</source>
+        <translation>For scenes over 10,000 m²</translation>
+    </message>
+    <message>
+        <source>低</source>
+        <translation>Low</translation>
+    </message>
+    <message>
+        <source>输出拼合后的PTS点云</source>
+        <translation>Also write PTS cloud</translation>
+    </message>
+    <message>
+        <source>原始点云可能占用1GB以上存储空间且需要更长时间</source>
+        <translation>The raw point cloud may take more than 1 GB of storage and more time</translation>
+    </message>
+    <message>
+        <source>输出拼合后的二进制点云</source>
+        <translation>Also write binary cloud</translation>
+    </message>
+    <message>
+        <source>设置热点</source>
+        <translation>Hotspots</translation>
+    </message>
+    <message>
+        <source>图片</source>
+        <translation>Photos</translation>
+    </message>
+    <message>
+        <source>设置图片热点</source>
+        <translation>Photo Hotspots</translation>
+    </message>
+    <message>
+        <source>添加图片热点</source>
+        <translation>Add Photo</translation>
+    </message>
+    <message>
+        <source>删除图片热点</source>
+        <translation>Delete Photo</translation>
+    </message>
+    <message>
+        <source>标题</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>Choose Picture</translation>
+    </message>
+    <message>
+        <source>文字</source>
+        <translation>Texts</translation>
+    </message>
+    <message>
+        <source>设置文字热点</source>
+        <translation>Text Hotspots</translation>
+    </message>
+    <message>
+        <source>添加文字热点</source>
+        <translation>Add Text</translation>
+    </message>
+    <message>
+        <source>删除文字热点</source>
+        <translation>Delete Text</translation>
+    </message>
+    <message>
+        <source>内容</source>
+        <translation>Content</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>预览</source>
+        <translation>Preview</translation>
+    </message>
+    <message>
+        <source>上传</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>新建</source>
+        <translation>New</translation>
+    </message>
+    <message>
+        <source>打开</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>另存为</source>
+        <translation>Save As</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>Exit</translation>
+    </message>
+</context>
 </TS>

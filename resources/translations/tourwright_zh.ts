@@ -1,4 +1,400 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>NexomapLinker</name>
+    <message>
+        <source>The linking library %1 is missing.</source>
+        <translation>缺少链接库 %1。</translation>
+    </message>
+    <message>
+        <source>The linking library cannot be loaded: %1.</source>
+        <translation>无法加载链接库：%1。</translation>
+    </message>
+    <message>
+        <source>The linking library %1 lacks %2.</source>
+        <translation>链接库 %1 缺少 %2。</translation>
+    </message>
+</context>
+<context>
+    <name>SaveTour</name>
+    <message>
+        <source>it is a folder</source>
+        <translation>它是一个文件夹</translation>
+    </message>
+    <message>
+        <source>its unfinished remains cannot be removed</source>
+        <translation>未完成的残余文件无法删除</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read to its end</source>
+        <translation>%1 无法完整读取</translation>
+    </message>
+</context>
+<context>
+    <name>Tourwright</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>Create Panorama Roaming</source>
+        <translation>新建全景漫游</translation>
+    </message>
+    <message>
+        <source>Whether to save the current roaming file?</source>
+        <translation>是否保存当前漫游文件？</translation>
+    </message>
+    <message>
+        <source>Open Panorama Roaming</source>
+        <translation>打开全景漫游</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Save As</source>
+        <translation>另存为</translation>
+    </message>
+    <message>
+        <source>The file already exists. Is it overwritten?</source>
+        <translation>文件已存在，是否覆盖？</translation>
+    </message>
+    <message>
+        <source>Add Panorama File</source>
+        <translation>添加全景文件</translation>
+    </message>
+    <message>
+        <source>All panoramas must either all contain radar data or none of them. Panoramas without radar data are automatically deleted!</source>
+        <translation>所有全景必须全部包含雷达数据或全部不包含雷达数据。不包含雷达数据的全景已自动删除！</translation>
+    </message>
+    <message>
+        <source>All panoramas must either all contain radar data or none of them. Panoramas with radar data are automatically deleted!</source>
+        <translation>所有全景必须全部包含雷达数据或全部不包含雷达数据。包含雷达数据的全景已自动删除！</translation>
+    </message>
+    <message>
+        <source>Add Panorama Link</source>
+        <translation>添加全景链接</translation>
+    </message>
+    <message>
+        <source>The selected panoramas cannot be the same!</source>
+        <translation>选择的全景点不能相同！</translation>
+    </message>
+    <message>
+        <source>Have a panoramic link with the same name!</source>
+        <translation>已存在同名的全景链接！</translation>
+    </message>
+    <message>
+        <source>Preview Panorama Roaming</source>
+        <translation>预览全景漫游</translation>
+    </message>
+    <message>
+        <source>Please add panoramas first!</source>
+        <translation>请先添加全景点！</translation>
+    </message>
+    <message>
+        <source>Panorama Linking</source>
+        <translation>全景链接</translation>
+    </message>
+    <message>
+        <source>Panoramas cannot be linked.</source>
+        <translation>无法链接全景。</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>启动</translation>
+    </message>
+    <message>
+        <source>The folder %1 is in use by another running instance of this program.</source>
+        <translation>文件夹 %1 正被本程序的另一个实例使用。</translation>
+    </message>
+    <message>
+        <source>File </source>
+        <translation>文件 </translation>
+    </message>
+    <message>
+        <source>Save File</source>
+        <translation>保存文件</translation>
+    </message>
+    <message>
+        <source> save failed!</source>
+        <translation> 保存失败！</translation>
+    </message>
+    <message>
+        <source>Open File</source>
+        <translation>打开文件</translation>
+    </message>
+    <message>
+        <source> open failed!</source>
+        <translation> 打开失败！</translation>
+    </message>
+    <message>
+        <source>Select the pno file (multiple selection is supported)</source>
+        <translation>选择 pno 文件（支持多选）</translation>
+    </message>
+    <message>
+        <source>pno File(*.pno)</source>
+        <translation>pno 文件(*.pno)</translation>
+    </message>
+    <message>
+        <source>roa File(*.roa)</source>
+        <translation>roa 文件(*.roa)</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>Panorama 1</source>
+        <translation>全景点 1</translation>
+    </message>
+    <message>
+        <source>Panorama 2</source>
+        <translation>全景点 2</translation>
+    </message>
+    <message>
+        <source>Image Size</source>
+        <translation>图片尺寸</translation>
+    </message>
+    <message>
+        <source>Hotspot Title</source>
+        <translation>热点标题</translation>
+    </message>
+    <message>
+        <source>Content Length</source>
+        <translation>内容长度</translation>
+    </message>
+    <message>
+        <source>Unnamed tour</source>
+        <translation>未命名漫游</translation>
+    </message>
+    <message>
+        <source>Panoramas: %1</source>
+        <translation>全景点：%1</translation>
+    </message>
+    <message>
+        <source>Links: %1</source>
+        <translation>链接：%1</translation>
+    </message>
+</context>
+<context>
+    <name>TourwrightClass</name>
+    <message>
+        <source>Orvanta 漫游创作工具</source>
+        <translation>Orvanta 漫游创作工具</translation>
+    </message>
+    <message>
+        <source>添加全景点</source>
+        <translation>添加全景点</translation>
+    </message>
+    <message>
+        <source>删除全景点</source>
+        <translation>删除全景点</translation>
+    </message>
+    <message>
+        <source>设置全景链接</source>
+        <translation>设置全景链接</translation>
+    </message>
+    <message>
+        <source>设置起始全景点</source>
+        <translation>设置起始全景点</translation>
+    </message>
+    <message>
+        <source>选择起始全景点</source>
+        <translation>选择起始全景点</translation>
+    </message>
+    <message>
+        <source>删除全景链接</source>
+        <translation>删除全景链接</translation>
+    </message>
+    <message>
+        <source>自动生成全景链接</source>
+        <translation>自动生成全景链接</translation>
+    </message>
+    <message>
+        <source>手动添加全景链接</source>
+        <translation>手动添加全景链接</translation>
+    </message>
+    <message>
+        <source>选择一个全景点</source>
+        <translation>选择一个全景点</translation>
+    </message>
+    <message>
+        <source>选择另一个全景点</source>
+        <translation>选择另一个全景点</translation>
+    </message>
+    <message>
+        <source>自动完善全景链接并生成导航图</source>
+        <translation>自动完善全景链接并生成导航图</translation>
+    </message>
+    <message>
+        <source>导航图输出设置</source>
+        <translation>导航图输出设置</translation>
+    </message>
+    <message>
+        <source>导航图模式</source>
+        <translation>导航图模式</translation>
+    </message>
+    <message>
+        <source>使用黑白2D平面图作为导航图</source>
+        <translation>使用黑白2D平面图作为导航图</translation>
+    </message>
+    <message>
+        <source>2D平面图</source>
+        <translation>2D平面图</translation>
+    </message>
+    <message>
+        <source>使用彩色3D点云作为导航图</source>
+        <translation>使用彩色3D点云作为导航图</translation>
+    </message>
+    <message>
+        <source>3D点云</source>
+        <translation>3D点云</translation>
+    </message>
+    <message>
+        <source>拍摄场景</source>
+        <translation>拍摄场景</translation>
+    </message>
+    <message>
+        <source>自动去除天花板且进行点云插值</source>
+        <translation>自动去除天花板且进行点云插值</translation>
+    </message>
+    <message>
+        <source>室内</source>
+        <translation>室内</translation>
+    </message>
+    <message>
+        <source>不去除天花板且不进行点云插值</source>
+        <translation>不去除天花板且不进行点云插值</translation>
+    </message>
+    <message>
+        <source>室外</source>
+        <translation>室外</translation>
+    </message>
+    <message>
+        <source>点云密度</source>
+        <translation>点云密度</translation>
+    </message>
+    <message>
+        <source>适合1千平方米以下的场景</source>
+        <translation>适合1千平方米以下的场景</translation>
+    </message>
+    <message>
+        <source>高</source>
+        <translation>高</translation>
+    </message>
+    <message>
+        <source>适合1千到1万平方米的场景</source>
+        <translation>适合1千到1万平方米的场景</translation>
+    </message>
+    <message>
+        <source>中</source>
+        <translation>中</translation>
+    </message>
+    <message>
+        <source>适合1万平方米以上的场景</source>
+        <translation>适合1万平方米以上的场景</translation>
+    </message>
+    <message>
+        <source>低</source>
+        <translation>低</translation>
+    </message>
+    <message>
+        <source>输出拼合后的PTS点云</source>
+        <translation>输出拼合后的PTS点云</translation>
+    </message>
+    <message>
+        <source>原始点云可能占用1GB以上存储空间且需要更长时间</source>
+        <translation>原始点云可能占用1GB以上存储空间且需要更长时间</translation>
+    </message>
+    <message>
+        <source>输出拼合后的二进制点云</source>
+        <translation>输出拼合后的二进制点云</translation>
+    </message>
+    <message>
+        <source>设置热点</source>
+        <translation>设置热点</translation>
+    </message>
+    <message>
+        <source>图片</source>
+        <translation>图片</translation>
+    </message>
+    <message>
+        <source>设置图片热点</source>
+        <translation>设置图片热点</translation>
+    </message>
+    <message>
+        <source>添加图片热点</source>
+        <translation>添加图片热点</translation>
+    </message>
+    <message>
+        <source>删除图片热点</source>
+        <translation>删除图片热点</translation>
+    </message>
+    <message>
+        <source>标题</source>
+        <translation>标题</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>选择图片</translation>
+    </message>
+    <message>
+        <source>文字</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>设置文字热点</source>
+        <translation>设置文字热点</translation>
+    </message>
+    <message>
+        <source>添加文字热点</source>
+        <translation>添加文字热点</translation>
+    </message>
+    <message>
+        <source>删除文字热点</source>
+        <translation>删除文字热点</translation>
+    </message>
+    <message>
+        <source>内容</source>
+        <translation>内容</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>预览</source>
+        <translation>预览</translation>
+    </message>
+    <message>
+        <source>上传</source>
+        <translation>上传</translation>
+    </message>
+    <message>
+        <source>新建</source>
+        <translation>新建</translation>
+    </message>
+    <message>
+        <source>打开</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>另存为</source>
+        <translation>另存为</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>退出</translation>
+    </message>
+</context>
 </TS>
