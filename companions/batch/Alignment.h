@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// Brings estimated poses into the frame of the true ones, and says how far each is off.
+
+#pragma once
+
+#include "companions/batch/PoseFile.h"
+
+#include <vector>
+
+/// One panorama's deviation after alignment.
+struct PoseError
+{
+    double rotation_deg = 0.0; ///< angle of the rotation between the estimated and the true orientation
+    double heading_deg = 0.0;  ///< between the horizontal directions of azimuth 0
+    double position_m = 0.0;
+};
+
+enum class Scale
+{
+    Known,  ///< a rigid motion
+    Unknown ///< a similarity
+};
+
+/// Orientations are aligned by the rotation nearest to all (geodesic L1 mean, Weiszfeld's iteration: Hartley,
+/// Aftab and Trumpf, "L1 rotation averaging using the Weiszfeld algorithm", 2011), so that one wrong panorama
+/// does not turn the others; positions by least squares (Umeyama 1991), or, where the positions do not
+/// determine a rotation (fewer than three, or all on a line), by the orientations' rotation.
+/// @param estimated, truth  the same panoramas in the same order, at least one
+std::vector<PoseError> alignedErrors(const std::vector<Pose>& estimated, const std::vector<Pose>& truth,
+                                     Scale scale);
+
+/// Middle value, the mean of the two middle ones for an even count; 0 for none.
+double median(std::vector<double> values);

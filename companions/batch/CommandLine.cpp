@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "companions/batch/CommandLine.h"
+
+#include "project/LocalText.h"
+
+#include <cstdio>
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+void print(std::FILE* stream, const QString& text)
+{
+    const QByteArray bytes = localtext::toLocal(text);
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+bool onTerminal()
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(fileno(stderr)) != 0;
+#endif
+}
+
+} // namespace
+
+void say(const QString& line)
+{
+    print(stderr, QStringLiteral("tourwright-batch: %1\n").arg(line));
+}
+
+int refused(const QString& reason)
+{
+    say(reason);
+    return ExitFailed;
+}
+
+int wrongUsage(const QString& problem)
+{
+    say(problem + QStringLiteral("; see tourwright-batch --help"));
+    return ExitWrongUsage;
+}
+
+void showProgress(const QString& what, int percent)
+{
+    if (!onTerminal()) return;
+    print(stderr, QStringLiteral("\r%1: %2 % ").arg(what).arg(percent, 3));
+    if (percent >= 100) print(stderr, QStringLiteral("\n"));
+}
+
+int printHelp()
+{
+    print(stdout, QStringLiteral(R"(tourwright-batch: panorama tours without a window
+
+tourwright-batch link FILE.pno... --work DIR --out TOUR.roa [options]
+    Imports the panoramas, has the linking library link them and saves the tour.
+    --work DIR       stands for the program's folder: DIR/Tmp/ is the working folder, DIR/Out/ the output
+                     folder; both are made where missing, and what an earlier run left in DIR/Tmp/ is deleted
+    --out TOUR.roa   the tour file; one that is there is replaced once the new one is whole
+    --report R.json  poses, links, times and memory
+    --entry N        row of the entry panorama among those imported, from 0
+    --pairs P.csv    rows id0,id1,azimuth0,polar0,azimuth1,polar1 (radians; polar from the upper pole): the pairs
+                     of directions of each two ids become one link made by hand; at least three pairs each
+    --map 2d|3d [--scene indoor|outdoor] [--density high|mid|low] [--pts] [--bin]
+                     not supported yet
+
+tourwright-batch compare REPORT.json TRUTH.json
+    Prints the report's poses against the true ones of a made-up building, aligned by one rigid motion (by a
+    similarity where there is no lidar), and its links against who truly sees whom.
+
+Exit status: 0 done, 1 the input was refused or the work failed, 2 wrong usage.
+)"));
+    return ExitDone;
+}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// tourwright-batch: import, link and save a tour without a window.
+
+#include "companions/batch/CommandLine.h"
+#include "companions/batch/CompareCommand.h"
+#include "companions/batch/LinkCommand.h"
+#include "linking/NexomapLinker.h"
+#include "project/LocalText.h"
+#include "project/ProjectFolders.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+int link(const QStringList& arguments)
+{
+    const Parsed<LinkOptions> parsed = parseLinkOptions(arguments);
+    if (!parsed.options) return wrongUsage(parsed.error);
+    NexomapLinker linker(asFolder(QCoreApplication::applicationDirPath()));
+    if (!linker.available()) return refused(linker.problem());
+    const int status = runLink(*parsed.options, linker);
+    linker.clean();
+    return status;
+}
+
+int compare(const QStringList& arguments)
+{
+    if (arguments.size() != 2) return wrongUsage(QStringLiteral("compare takes REPORT.json and TRUTH.json"));
+    return runCompare(arguments[0], arguments[1]);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    localtext::useSystemEncoding();
+    QCoreApplication application(argc, argv);
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.isEmpty()) return wrongUsage(QStringLiteral("no command given"));
+    if (arguments.contains(QLatin1String("--help")) || arguments.contains(QLatin1String("-h")))
+        return printHelp();
+    const QString command = arguments.takeFirst();
+    if (command == QLatin1String("link")) return link(arguments);
+    if (command == QLatin1String("compare")) return compare(arguments);
+    return wrongUsage(QStringLiteral("there is no command \"%1\"").arg(command));
+}
