@@ -44,7 +44,7 @@ BinaryInput::BinaryInput(const char* path)
 
 bool BinaryInput::seek(std::int64_t position)
 {
-    return position >= 0 && seekFrom(m_file.get(), position, SEEK_SET);
+    return seekFrom(m_file.get(), position, SEEK_SET);
 }
 
 bool BinaryInput::read(void* target, std::size_t bytes)

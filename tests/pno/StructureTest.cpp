@@ -229,6 +229,18 @@ TEST_F(PnoStructure, ASegmentHeaderCutShortIsRefused)
     }
 }
 
+TEST_F(PnoStructure, ASegmentHeaderThatTheGivenLengthCutsIsRefusedUnread)
+{
+    std::vector<Segment> segments = m_plain.segments();
+    segments.push_back({pno::ExtraBlock, {}, {}}); // too short, but that is not ours to see
+    const std::string path = m_folder.write("test.pno", pnotest::join(segments));
+    const auto whole = static_cast<std::int32_t>(pnotest::join(segments).size());
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, whole), pno::BadSegment);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, whole - 1), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, whole - 5), pno::BadLength);
+    EXPECT_EQ(m_file->Open(path.c_str(), 0, whole - 6), pno::Ok);
+}
+
 TEST_F(PnoStructure, ALengthThatDoesNotMoveTheScanForwardIsRefused)
 {
     for (const std::int32_t length : {-1, -5, -6, -7, -1000, std::numeric_limits<std::int32_t>::min()}) {
