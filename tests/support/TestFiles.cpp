@@ -47,6 +47,9 @@ std::string TemporaryFolder::write(const std::string& name, const Bytes& bytes) 
     const std::string full = path(name);
     std::error_code ignored;
     fs::create_directories(fs::u8path(full).parent_path(), ignored);
+    // A new file: some file systems flush one that is cut and written again to the disk, and tests write
+    // many.
+    fs::remove(fs::u8path(full), ignored);
     std::ofstream file(fs::u8path(full), std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     file.close();
