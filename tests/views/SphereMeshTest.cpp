@@ -66,7 +66,8 @@ TEST(SphereMesh, TheSeamColumnsOverlap)
     const auto vertices = meshVertices();
     const MeshVertex& first = at(vertices, 32, 0);
     const MeshVertex& last = at(vertices, 32, 128);
-    // The ring begins two millionths of a radian before it ends; near azimuth pi, y falls as the azimuth grows.
+    // The ring begins two millionths of a radian before it ends; near azimuth pi, y falls as the azimuth
+    // grows.
     EXPECT_NEAR(first.y - last.y, 100.0 * 2e-6, 2e-5);
     EXPECT_FLOAT_EQ(first.x, last.x);
 }
