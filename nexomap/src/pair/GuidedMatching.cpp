@@ -4,8 +4,6 @@
 // Matching again, with a pose in hand.
 #include "nexomap/src/pair/GuidedMatching.h"
 
-#include "nexomap/src/pair/BearingRansac.h"
-#include "nexomap/src/pair/MetricRansac.h"
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
@@ -34,7 +32,11 @@ class BestPartners
 {
 public:
     BestPartners(const Features& f0, const Features& f1, int max_distance2)
-        : m_f0(f0), m_f1(f1), m_max(max_distance2), m_0(f0.size()), m_1(f1.size())
+        : m_f0(f0)
+        , m_f1(f1)
+        , m_max(max_distance2)
+        , m_0(f0.size())
+        , m_1(f1.size())
     {}
 
     void offer(int i0, int i1)
@@ -89,60 +91,14 @@ private:
 
 bool sameTurn(const Features& f0, int i0, const Features& f1, int i1)
 {
-    if (std::abs(f0.bearings[std::size_t(i0)].z()) > 0.57f || std::abs(f1.bearings[std::size_t(i1)].z()) > 0.57f)
+    if (std::abs(f0.bearings[std::size_t(i0)].z()) > 0.57f ||
+        std::abs(f1.bearings[std::size_t(i1)].z()) > 0.57f)
         return true;
     return std::abs(std::remainder(double(f0.angles_rad[std::size_t(i0)]) - f1.angles_rad[std::size_t(i1)],
                                    2.0 * kPi)) < 30.0 * kDegree;
 }
 
 } // namespace
-
-std::vector<Correspondence> guidedByEpipolar(const Features& f0, const Features& f1, const RigidPose& pose,
-                                             double tolerance, int max_distance2)
-{
-    // Epipolar planes turn about the baseline: features of one plane share its angle.
-    const Eigen::Vector3d u = pose.t.unitOrthogonal(), v = pose.t.cross(u);
-    struct Entry
-    {
-        double angle;
-        int index;
-    };
-    std::vector<Entry> sorted;
-    for (std::size_t i = 0; i < f1.size(); ++i) {
-        const Eigen::Vector3d b = pose.R * f1.bearings[i].cast<double>();
-        sorted.push_back({std::atan2(b.dot(v), b.dot(u)), int(i)});
-    }
-    std::sort(sorted.begin(), sorted.end(),
-              [](const Entry& a, const Entry& b) { return a.angle != b.angle ? a.angle < b.angle : a.index < b.index; });
-    BestPartners partners(f0, f1, max_distance2);
-    const int count = int(sorted.size());
-    if (count == 0) return {};
-    for (std::size_t i = 0; i < f0.size(); ++i) {
-        const Eigen::Vector3d a = f0.bearings[i].cast<double>();
-        const double sine = pose.t.cross(a).norm();
-        if (sine < 0.05) continue; // on the baseline every plane is near
-        const double angle = std::atan2(a.dot(v), a.dot(u)), reach = 1.5 * tolerance / sine;
-        Correspondence pair;
-        pair.bearing_0 = a;
-        int at = int(std::lower_bound(sorted.begin(), sorted.end(), angle - reach,
-                                      [](const Entry& e, double value) { return e.angle < value; }) -
-                     sorted.begin());
-        // The angles close to a circle at +-pi.
-        if (angle - reach < -kPi)
-            at = int(std::lower_bound(sorted.begin(), sorted.end(), angle - reach + 2.0 * kPi,
-                                      [](const Entry& e, double value) { return e.angle < value; }) -
-                     sorted.begin());
-        for (int step = 0; step < count; ++step, ++at) {
-            const Entry& entry = sorted[std::size_t(at % count)];
-            if (std::abs(std::remainder(entry.angle - angle, 2.0 * kPi)) > reach) break;
-            if (!sameTurn(f0, int(i), f1, entry.index)) continue;
-            pair.bearing_1 = f1.bearings[std::size_t(entry.index)].cast<double>();
-            const double error = epipolarAngle(pose, pair);
-            if (error >= 0.0 && error < tolerance) partners.offer(int(i), entry.index);
-        }
-    }
-    return partners.matches();
-}
 
 std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1, const RigidPose& pose,
                                           int max_distance2)

@@ -8,16 +8,10 @@
 
 namespace nexomap {
 
-/// Matches looked for where a pose says they must lie. The ratio test then has few rivals, so that a right pose
-/// finds many more matches than it was made from, and a wrong one hardly any.
+/// Matches looked for where a pose says they must lie. The ratio test then has few rivals, so that a right
+/// pose finds many more matches than it was made from, and a wrong one hardly any.
 /// @param max_distance2  largest squared descriptor distance that counts as alike
 /// @return mutual best, one for one, ordered by index in panorama 0
-
-/// Along the epipolar great circles of a pose up to scale (|t| = 1), within `tolerance` radians.
-std::vector<Correspondence> guidedByEpipolar(const Features& features_0, const Features& features_1,
-                                             const RigidPose& pose, double tolerance, int max_distance2);
-
-/// Around the place where each feature with range must reappear, under a metric pose.
 std::vector<Correspondence> guidedByRange(const Features& features_0, const Features& features_1,
                                           const RigidPose& pose, int max_distance2);
 

@@ -17,6 +17,18 @@ struct Counts
     int total() const { return agree + violation + occluded; }
 };
 
+/// Floors and ceilings agree under any pose that keeps the height: they prove nothing.
+bool level(const RangeMap& map, const EquirectGrid& grid, int row, int column)
+{
+    constexpr int kReach = 3;
+    if (row < kReach || row + kReach >= grid.height) return true;
+    const float above = map.range_m(row - kReach, column), below = map.range_m(row + kReach, column);
+    if (!(above > 0.f) || !(below > 0.f)) return false;
+    const Eigen::Vector3d step = grid.direction(column + 0.5, row + kReach + 0.5) * double(below) -
+                                 grid.direction(column + 0.5, row - kReach + 0.5) * double(above);
+    return std::abs(step.z()) < 0.35 * step.norm();
+}
+
 Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into_from)
 {
     const EquirectGrid grid{from.range_m.cols, from.range_m.rows};
@@ -26,7 +38,7 @@ Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into
         const int step = std::max(kStep, int(kStep / std::max(0.05, sine)));
         for (int column = step / 2; column < grid.width; column += step) {
             const float range = from.range_m(row, column);
-            if (!(range > 0.f) || from.edge(row, column)) continue;
+            if (!(range > 0.f) || from.edge(row, column) || level(from, grid, row, column)) continue;
             const Eigen::Vector3d point =
                 into_from * (grid.direction(column + 0.5, row + 0.5) * double(range));
             const double expected = point.norm();

@@ -18,7 +18,7 @@ struct RangeAgreement
     double covisible = 0.0; ///< mean over the directions of agree
 };
 
-/// Projects samples of each range map into the other.
+/// Projects samples of each range map into the other, level surfaces left out.
 RangeAgreement checkRanges(const RangeMap& map_0, const RangeMap& map_1, const RigidPose& pose_0_from_1);
 
 } // namespace nexomap

@@ -59,8 +59,10 @@ double metricReliability(const Evidence& e)
 double bearingReliability(const Evidence& e)
 {
     if (e.inliers < 24) return 0.0;
-    double z = 0.12 * (std::min(e.inliers, 80) - 40) + 0.4 * (std::min(e.cells, 10) - 5) +
+    double z = 0.12 * (std::min(e.inliers, 80) - 40) + 0.5 * (std::min(e.cells, 10) - 5) +
                8.0 * (std::min(e.inlier_share, 0.5) - 0.15);
+    // Stairs exist, but a station far above or below is mostly a false pose.
+    z -= 0.35 * std::max(0.0, std::abs(e.elevation) / kDegree - 6.0);
     z -= 8.0 * std::max(0.0, e.second_share - 0.4);
     z -= std::max(0.0, e.lean / kDegree - 3.0);
     return logistic(z);

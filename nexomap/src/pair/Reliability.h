@@ -11,13 +11,17 @@ namespace nexomap {
 /// What speaks for and against a relative pose.
 struct Evidence
 {
-    int inliers = 0;           ///< matches that agree with the pose, each place counted once
-    int cells = 0;             ///< cells of about 30 degrees that they occupy in the poorer panorama
-    double inlier_share = 0.0; ///< of the tentative matches
-    double second_share = 0.0; ///< support of the best other pose, over this one's
-    double lean = 0.0;         ///< radians between the two verticals
-    double rms = 0.0;          ///< whitened residual (metric), or radians over 0.1 degrees (bearings)
-    RangeAgreement ranges;     ///< metric only
+    int inliers = 0;              ///< matches that agree with the pose, each place counted once
+    int cells = 0;                ///< cells of about 30 degrees that they occupy in the poorer panorama
+    double inlier_share = 0.0;    ///< of the tentative matches
+    double second_share = 0.0;    ///< support of the best other pose, over this one's
+    double lean = 0.0;            ///< radians between the two verticals
+    double rms = 0.0;             ///< whitened residual (metric), or radians over 0.1 degrees (bearings)
+    int guided = 0;               ///< matches found anew where the pose says they lie
+    double chance = 0.0;          ///< the same for wrong poses nearby: what repeated texture gives by itself
+    double elevation = 0.0;       ///< of the other camera, radians; panoramas stand on floors
+    double direction_sigma = 0.0; ///< uncertainty of t's direction, radians
+    RangeAgreement ranges;        ///< metric only
 };
 
 /// Distinct places among the inliers and their spread over the sphere.

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// Relative pose of two panoramas that both carry range.
+#include "nexomap/src/pair/GuidedMatching.h"
+#include "nexomap/src/pair/MetricRansac.h"
+#include "nexomap/src/pair/MetricRefinement.h"
+#include "nexomap/src/pair/PairSteps.h"
+#include "nexomap/src/pair/Sphere.h"
+
+namespace nexomap {
+namespace {
+
+constexpr int kSurfaceSamples = 3000;
+
+/// Refines over the matches, then with the surfaces, unless these pull away from the matches.
+RefinedPose refineBoth(const Panorama& p0, const Panorama& p1, const std::vector<Correspondence>& matches,
+                       const RigidPose& start, std::vector<int>* inliers)
+{
+    RefinedPose refined = refineMetricPose(matches, *inliers, start, nullptr, nullptr, nullptr, nullptr);
+    *inliers = rangedInliers(matches, refined.pose, 1.0);
+    refined = refineMetricPose(matches, *inliers, refined.pose, nullptr, nullptr, nullptr, nullptr);
+    const auto surfaces_0 = sampleSurfaces(p0.range, kSurfaceSamples);
+    const auto surfaces_1 = sampleSurfaces(p1.range, kSurfaceSamples);
+    const RefinedPose aligned =
+        refineMetricPose(matches, *inliers, refined.pose, &p0.range, &p1.range, &surfaces_0, &surfaces_1);
+    const auto aligned_inliers = rangedInliers(matches, aligned.pose, 1.0);
+    if (aligned.surface_pairs > 0 && aligned_inliers.size() * 10 >= inliers->size() * 9) {
+        refined = aligned;
+        *inliers = aligned_inliers;
+    }
+    return refined;
+}
+
+/// What guided matching finds for poses that are certainly wrong, on average.
+double chanceMatches(const Features& f0, const Features& f1, const RigidPose& pose, int alike)
+{
+    double sum = 0.0;
+    for (const double angle : {0.4, 2.0, 3.6, 5.2}) {
+        RigidPose decoy = pose;
+        decoy.t += Eigen::Vector3d(0.8 * std::cos(angle), 0.8 * std::sin(angle), 0.0);
+        sum += double(guidedByRange(f0, f1, decoy, alike).size());
+    }
+    return sum / 4.0;
+}
+
+} // namespace
+
+std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
+                                    const std::vector<Correspondence>& tentative, PairRandom& random,
+                                    Evidence* evidence)
+{
+    const auto hypothesis = estimateMetricPose(tentative, {}, random);
+    if (!hypothesis) return std::nullopt;
+    const auto other = estimateMetricPose(
+        tentative, flagged(tentative.size(), rangedInliers(tentative, hypothesis->pose, 3.0)), random);
+    evidence->second_share = other ? double(other->inliers.size()) / double(hypothesis->inliers.size()) : 0.0;
+    countPlaces(tentative, hypothesis->inliers, evidence);
+
+    std::vector<int> inliers = hypothesis->inliers;
+    const int alike = alikeDistance2(tentative, inliers);
+    RefinedPose refined =
+        refineMetricPose(tentative, inliers, hypothesis->pose, nullptr, nullptr, nullptr, nullptr);
+    std::vector<Correspondence> matches = guidedByRange(p0.features, p1.features, refined.pose, alike);
+    inliers = rangedInliers(matches, refined.pose, 1.5);
+    if (inliers.size() < hypothesis->inliers.size()) {
+        matches = tentative;
+        inliers = hypothesis->inliers;
+    }
+    refined = refineBoth(p0, p1, matches, refined.pose, &inliers);
+
+    evidence->guided = int(guidedByRange(p0.features, p1.features, refined.pose, alike).size());
+    evidence->chance = chanceMatches(p0.features, p1.features, refined.pose, alike);
+    evidence->lean = leanOf(refined.pose.R);
+    evidence->rms = refined.rms;
+    evidence->elevation = 0.5 * kPi - polarOf(refined.pose.t);
+    evidence->ranges = checkRanges(p0.range, p1.range, refined.pose);
+
+    PairPose pose;
+    pose.R_0_from_1 = refined.pose.R;
+    pose.t_0_from_1 = refined.pose.t;
+    pose.metric = true;
+    pose.information = refined.information * kInformationShare;
+    pose.reliability = metricReliability(*evidence);
+    pose.inliers = pairInliers(matches, inliers);
+    return pose;
+}
+
+} // namespace nexomap

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/pair/Correspondence.h"
+#include "nexomap/src/pair/PairRandom.h"
+#include "nexomap/src/pair/Reliability.h"
+#include "nexomap/src/PairPose.h"
+
+namespace nexomap {
+
+/// Errors of model and calibration: 2.5 times what noise explains.
+constexpr double kInformationShare = 1.0 / 6.25;
+
+/// Metric pose of two panoramas with range maps.
+std::optional<PairPose> solveMetric(const Panorama& panorama_0, const Panorama& panorama_1,
+                                    const std::vector<Correspondence>& matches, PairRandom& random,
+                                    Evidence* evidence);
+
+/// Pose up to scale, or rotation alone, from bearings.
+std::optional<PairPose> solveBearings(const std::vector<Correspondence>& matches, PairRandom& random,
+                                      Evidence* evidence);
+
+/// One flag a match, set for the listed ones.
+std::vector<bool> flagged(std::size_t count, const std::vector<int>& indices);
+/// The inliers as they are handed out.
+std::vector<PairInlier> pairInliers(const std::vector<Correspondence>& matches,
+                                    const std::vector<int>& inliers);
+/// Descriptor distance that nine in ten of the inliers stay below.
+int alikeDistance2(const std::vector<Correspondence>& matches, const std::vector<int>& inliers);
+
+} // namespace nexomap
