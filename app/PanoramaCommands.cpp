@@ -68,6 +68,7 @@ void Tourwright::SelPano(int currentRow)
     m_ui->widgetPhoto->showPanorama(panorama);
     refreshPhotoTable();
     refreshInfoTable();
+    applyEnabling();
 }
 
 void Tourwright::drawPanorama(const PanoNode& panorama, QImage* image)
