@@ -1,0 +1,236 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/graph/BearingAdjustment.h"
+
+#include "nexomap/src/graph/ScaleRecovery.h"
+
+#include <ceres/ceres.h>
+#include <Eigen/Dense>
+
+#include <array>
+#include <cstring>
+#include <map>
+
+namespace nexomap {
+namespace {
+
+constexpr double kBearingSigma = 0.06 * kDegree;
+constexpr double kRangeSigma_m = 0.02;
+
+struct Observation
+{
+    int node;
+    Eigen::Vector3d bearing;
+    double range_m;
+};
+
+using Track = std::vector<Observation>;
+
+/// Joins the inliers of all edges into tracks: one feature of one panorama belongs to one track.
+std::vector<Track> tracksOf(const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+{
+    using Key = std::array<std::uint32_t, 4>;
+    std::map<Key, int> numbers;
+    std::vector<Observation> observations;
+    std::vector<int> parent;
+    const auto root = [&](int k) {
+        while (parent[k] != k)
+            k = parent[k] = parent[parent[k]];
+        return k;
+    };
+    const auto number = [&](int node, const Eigen::Vector3f& bearing, float range) {
+        Key key{std::uint32_t(node)};
+        std::memcpy(key.data() + 1, bearing.data(), 3 * sizeof(float));
+        const auto [place, fresh] = numbers.emplace(key, int(observations.size()));
+        if (fresh) {
+            observations.push_back({node, bearing.cast<double>().normalized(), range});
+            parent.push_back(place->second);
+        }
+        return place->second;
+    };
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        if (!kept[e] || edges[e].pose->rotation_only) continue;
+        for (const PairInlier& inlier : edges[e].pose->inliers) {
+            const int a = root(number(edges[e].i, inlier.bearing_0, inlier.range_0_m));
+            const int b = root(number(edges[e].j, inlier.bearing_1, inlier.range_1_m));
+            parent[std::max(a, b)] = std::min(a, b);
+        }
+    }
+    std::vector<Track> all(observations.size());
+    for (std::size_t k = 0; k < observations.size(); ++k)
+        all[root(int(k))].push_back(observations[k]);
+    std::vector<Track> tracks;
+    for (Track& track : all) {
+        std::map<int, int> seen;
+        bool once = track.size() >= 2;
+        for (const Observation& observation : track)
+            once = once && ++seen[observation.node] == 1;
+        if (once) tracks.push_back(std::move(track));
+    }
+    return tracks;
+}
+
+/// The point nearest to all rays of a track; false when it lies behind a station or too far to tell.
+bool triangulate(const Track& track, const std::vector<Pose>& poses, Eigen::Vector3d* point)
+{
+    Eigen::Matrix3d A = Eigen::Matrix3d::Zero();
+    Eigen::Vector3d b = Eigen::Vector3d::Zero();
+    for (const Observation& o : track) {
+        const Eigen::Vector3d u = poses[o.node].R * o.bearing;
+        const Eigen::Matrix3d P = Eigen::Matrix3d::Identity() - u * u.transpose();
+        A += P;
+        b += P * poses[o.node].t;
+    }
+    const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> eigen(A);
+    if (eigen.eigenvalues()[0] < 5e-4 * double(track.size())) return false;
+    *point = eigen.eigenvectors() * eigen.eigenvalues().cwiseInverse().asDiagonal() *
+             eigen.eigenvectors().transpose() * b;
+    for (const Observation& o : track) {
+        const Eigen::Vector3d ray = *point - poses[o.node].t;
+        const double cosine = ray.normalized().dot(poses[o.node].R * o.bearing);
+        if (!(cosine > std::cos(2.0 * kDegree))) return false;
+    }
+    return true;
+}
+
+/// Chordal distance between a bearing and the direction of the point; a range where there is one.
+struct BearingResidual
+{
+    Observation observation;
+
+    template <class T>
+    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    {
+        const Eigen::Map<const Eigen::Quaternion<T>> q(quaternion);
+        const Eigen::Matrix<T, 3, 1> ray(point[0] - centre[0], point[1] - centre[1], point[2] - centre[2]);
+        const Eigen::Matrix<T, 3, 1> local = q.conjugate() * ray;
+        const T length = local.norm() + T(1e-12);
+        for (int k = 0; k < 3; ++k)
+            residual[k] = (local[k] / length - T(observation.bearing[k])) / T(kBearingSigma);
+        residual[3] = observation.range_m > 0
+                          ? (length - T(observation.range_m)) / T(kRangeSigma_m + 0.01 * observation.range_m)
+                          : T(0);
+        return true;
+    }
+};
+
+struct TiltResidual
+{
+    double sigma;
+    template <class T>
+    bool operator()(const T* quaternion, T* residual) const
+    {
+        const Eigen::Map<const Eigen::Quaternion<T>> q(quaternion);
+        const Eigen::Matrix<T, 3, 1> up = q * Eigen::Matrix<T, 3, 1>(T(0), T(0), T(1));
+        residual[0] = up[0] / T(sigma);
+        residual[1] = up[1] / T(sigma);
+        return true;
+    }
+};
+
+/// Keeps a component's size where nothing measures it: the sum of its stations' distances from the first.
+struct SizeResidual
+{
+    int stations;
+    double size;
+    template <class T>
+    bool operator()(T const* const* centres, T* residual) const
+    {
+        T sum(0);
+        for (int k = 1; k < stations; ++k) {
+            T d2(1e-12);
+            for (int c = 0; c < 3; ++c)
+                d2 += (centres[k][c] - centres[0][c]) * (centres[k][c] - centres[0][c]);
+            sum += sqrt(d2);
+        }
+        residual[0] = (sum / T(size) - T(1)) * T(1e4);
+        return true;
+    }
+};
+
+} // namespace
+
+void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                    const std::vector<int>& component, double tilt_sigma_rad, std::vector<Pose>& poses)
+{
+    std::vector<char> scaleless(component.size(), 0);
+    std::vector<char> chosen = kept;
+    for (std::size_t e = 0; e < edges.size(); ++e)
+        if (kept[e] && !edges[e].pose->metric) scaleless[component[edges[e].i]] = 1;
+    for (std::size_t e = 0; e < edges.size(); ++e)
+        chosen[e] = kept[e] && scaleless[component[edges[e].i]];
+
+    const int nodes = int(poses.size());
+    std::vector<Eigen::Quaterniond> rotations;
+    std::vector<Eigen::Vector3d> centres;
+    for (const Pose& pose : poses) {
+        rotations.emplace_back(pose.R);
+        centres.push_back(pose.t);
+    }
+    std::vector<Track> tracks;
+    std::vector<Eigen::Vector3d> points;
+    std::vector<char> ranged(component.size(), 0), used(nodes, 0);
+    for (Track& track : tracksOf(edges, chosen)) {
+        Eigen::Vector3d point;
+        if (!triangulate(track, poses, &point)) continue;
+        for (const Observation& o : track) {
+            used[o.node] = 1;
+            ranged[component[o.node]] |= o.range_m > 0;
+        }
+        tracks.push_back(std::move(track));
+        points.push_back(point);
+    }
+    if (tracks.empty()) return;
+
+    ceres::Problem problem;
+    for (std::size_t k = 0; k < tracks.size(); ++k)
+        for (const Observation& o : tracks[k])
+            problem.AddResidualBlock(
+                new ceres::AutoDiffCostFunction<BearingResidual, 4, 4, 3, 3>(new BearingResidual{o}),
+                new ceres::CauchyLoss(2.0), rotations[o.node].coeffs().data(), centres[o.node].data(),
+                points[k].data());
+    std::map<int, std::vector<int>> members;
+    for (int n = 0; n < nodes; ++n) {
+        if (!used[n]) continue;
+        members[component[n]].push_back(n);
+        problem.SetManifold(rotations[n].coeffs().data(), new ceres::EigenQuaternionManifold);
+        // The prior counts like a few features only, so that it settles the vertical without bending the
+        // poses.
+        problem.AddResidualBlock(
+            new ceres::AutoDiffCostFunction<TiltResidual, 2, 4>(new TiltResidual{tilt_sigma_rad}), nullptr,
+            rotations[n].coeffs().data());
+    }
+    for (const auto& [group, nodes_here] : members) {
+        problem.SetParameterBlockConstant(centres[nodes_here.front()].data());
+        if (ranged[group] || nodes_here.size() < 2) continue;
+        double size = 0.0;
+        std::vector<double*> blocks;
+        for (const int n : nodes_here) {
+            size += (centres[n] - centres[nodes_here.front()]).norm();
+            blocks.push_back(centres[n].data());
+        }
+        if (size < 1e-9) continue;
+        auto* sized = new ceres::DynamicAutoDiffCostFunction<SizeResidual>(
+            new SizeResidual{int(nodes_here.size()), size});
+        for (std::size_t k = 0; k < nodes_here.size(); ++k)
+            sized->AddParameterBlock(3);
+        sized->SetNumResiduals(1);
+        problem.AddResidualBlock(sized, nullptr, blocks);
+    }
+    ceres::Solver::Options options;
+    options.linear_solver_type = ceres::SPARSE_SCHUR;
+    options.num_threads = 1;
+    options.max_num_iterations = 50;
+    options.logging_type = ceres::SILENT;
+    ceres::Solver::Summary summary;
+    ceres::Solve(options, &problem, &summary);
+    if (!summary.IsSolutionUsable()) return;
+    for (int n = 0; n < nodes; ++n) {
+        if (!used[n]) continue;
+        poses[n].R = rotations[n].normalized().toRotationMatrix();
+        poses[n].t = centres[n];
+    }
+}
+
+} // namespace nexomap

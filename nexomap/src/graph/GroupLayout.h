@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/graph/GraphEdge.h"
+
+namespace nexomap {
+
+/// Brings each component without any metric edge to its conventional size.
+void rescaleGroups(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                   const std::vector<int>& component, std::vector<Pose>& poses);
+
+/// Turns and moves each component as a whole: its first node level and at heading 0; components, the largest
+/// first, stand along x with 10 m of room between their stations, the first one's first node at the origin.
+/// @param up  per node, written: where the components' vertical points in the new frame
+void layOutGroups(const std::vector<int>& component, std::vector<Pose>& poses,
+                  std::vector<Eigen::Vector3d>& up);
+
+/// Component numbers, the largest first, ties by number.
+std::vector<int> componentsBySize(const std::vector<int>& component);
+
+} // namespace nexomap

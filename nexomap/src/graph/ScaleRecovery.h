@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/graph/GraphEdge.h"
+
+namespace nexomap {
+
+/// Lengths of the edges whose translation is a mere direction, relative to each other and, where ranges
+/// allow, in metres. Features that two edges share at a panorama have one depth there, which ties the edges'
+/// lengths; features with a range tie them to the metre; what neither ties is tied by closed loops.
+/// @return per edge the factor of its unit translation; 1 for metric edges
+std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges,
+                                  const std::vector<char>& kept);
+
+/// Factor that brings a group without metres to its conventional size: stations 1.5 m above the floor where
+/// triangulated features show one, otherwise a median distance of 2 m between linked stations.
+/// @param members  the group's nodes
+double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>& members,
+                         const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
+
+/// Where two rays meet best, as distances from the two stations (midpoint method); both 0 when they do not.
+/// @param R, t  point_0 = R * point_1 + t
+Eigen::Vector2d rayDepths(const Eigen::Vector3d& bearing_0, const Eigen::Vector3d& bearing_1,
+                          const Eigen::Matrix3d& R, const Eigen::Vector3d& t);
+
+} // namespace nexomap

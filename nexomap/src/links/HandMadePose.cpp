@@ -1,0 +1,217 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/links/HandMadePose.h"
+
+#include "nexomap/src/links/SightLine.h"
+
+#include <Eigen/Dense>
+
+#include <algorithm>
+#include <cmath>
+
+namespace nexomap {
+namespace {
+
+constexpr double kPickSigma = 0.2 * kDegree; // a careful to careless click
+constexpr double kRangeSigma_m = 0.015;
+constexpr double kTiltSigma = 0.5 * 1.4142 * kDegree; // of two panoramas against each other
+constexpr double kSmallestExtent_m = 0.1;
+constexpr double kSmallestAngle = 5.0 * kDegree;
+
+struct Points
+{
+    Eigen::Vector3d p_0, p_1;
+};
+
+/// Ranges that a pick may mean: the median about it, or both sides of a depth edge.
+std::vector<double> rangesAbout(const RangeMap& map, const Eigen::Vector3d& direction)
+{
+    const double step = kPi / map.range_m.rows;
+    const Eigen::Vector3d side = direction.unitOrthogonal(), over = direction.cross(side);
+    std::vector<double> values;
+    for (int y = -2; y <= 2; ++y)
+        for (int x = -2; x <= 2; ++x) {
+            const double range = rangeAlong(map, direction + step * (x * side + y * over));
+            if (range > 0.0) values.push_back(range);
+        }
+    if (values.size() < 5) return {};
+    std::sort(values.begin(), values.end());
+    const double middle = values[values.size() / 2];
+    if (values.back() - values.front() < 0.08 * middle + 0.05) return {middle};
+    std::size_t gap = 1;
+    for (std::size_t k = 1; k < values.size(); ++k)
+        if (values[k] - values[k - 1] > values[gap] - values[gap - 1]) gap = k;
+    if (values[gap] - values[gap - 1] < 0.05 * middle) return {middle}; // a slanted surface, no edge
+    return {values[gap / 2], values[gap + (values.size() - gap) / 2]};
+}
+
+/// Umeyama's rotation and translation for p_0 = R * p_1 + t.
+Pose absoluteOrientation(const std::vector<Points>& pairs)
+{
+    Eigen::Vector3d mean_0 = Eigen::Vector3d::Zero(), mean_1 = Eigen::Vector3d::Zero();
+    for (const Points& pair : pairs)
+        mean_0 += pair.p_0, mean_1 += pair.p_1;
+    mean_0 /= double(pairs.size());
+    mean_1 /= double(pairs.size());
+    Eigen::Matrix3d S = Eigen::Matrix3d::Zero();
+    for (const Points& pair : pairs)
+        S += (pair.p_0 - mean_0) * (pair.p_1 - mean_1).transpose();
+    Pose pose;
+    pose.R = nearestRotation(S);
+    pose.t = mean_0 - pose.R * mean_1;
+    return pose;
+}
+
+/// Second-largest extent of a point set, metres: near zero when they lie on one line.
+double secondExtent(const std::vector<Points>& pairs)
+{
+    double smaller = 1e9;
+    for (int side = 0; side < 2; ++side) {
+        Eigen::Vector3d mean = Eigen::Vector3d::Zero();
+        for (const Points& pair : pairs)
+            mean += side ? pair.p_1 : pair.p_0;
+        mean /= double(pairs.size());
+        Eigen::Matrix3d S = Eigen::Matrix3d::Zero();
+        for (const Points& pair : pairs) {
+            const Eigen::Vector3d d = (side ? pair.p_1 : pair.p_0) - mean;
+            S += d * d.transpose();
+        }
+        const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> eigen(S);
+        smaller = std::min(smaller, std::sqrt(std::max(0.0, eigen.eigenvalues()[1])));
+    }
+    return smaller;
+}
+
+bool allInOneDirection(const std::vector<PickedPair>& picks)
+{
+    for (const PickedPair& a : picks)
+        for (const PickedPair& b : picks) {
+            const auto apart = [](double az_a, double p_a, double az_b, double p_b) {
+                const Eigen::Vector3d u = directionFromAngles(az_a, p_a), v = directionFromAngles(az_b, p_b);
+                return std::atan2(u.cross(v).norm(), u.dot(v));
+            };
+            if (apart(a.azimuth_0, a.polar_0, b.azimuth_0, b.polar_0) > kSmallestAngle &&
+                apart(a.azimuth_1, a.polar_1, b.azimuth_1, b.polar_1) > kSmallestAngle)
+                return false;
+        }
+    return true;
+}
+
+Eigen::Matrix3d noiseOf(const Eigen::Vector3d& point)
+{
+    const double range2 = std::max(1e-6, point.squaredNorm());
+    const Eigen::Matrix3d along = point * point.transpose() / range2;
+    return kRangeSigma_m * kRangeSigma_m * along +
+           range2 * kPickSigma * kPickSigma * (Eigen::Matrix3d::Identity() - along);
+}
+
+double squaredMiss(const Points& pair, const Pose& pose)
+{
+    const Eigen::Vector3d miss = pair.p_0 - pose * pair.p_1;
+    const Eigen::Matrix3d S = noiseOf(pair.p_0) + pose.R * noiseOf(pair.p_1) * pose.R.transpose();
+    return miss.dot(S.ldlt().solve(miss));
+}
+
+/// Gauss-Newton on all pairs (Cauchy) and the upright prior; returns the information at the end.
+Matrix6d refine(const std::vector<Points>& pairs, Pose& pose)
+{
+    Matrix6d N = Matrix6d::Zero();
+    for (int round = 0; round < 15; ++round) {
+        N.setZero();
+        Vector6d g = Vector6d::Zero();
+        for (const Points& pair : pairs) {
+            Eigen::Matrix<double, 3, 6> J;
+            J << pose.R * skew(pair.p_1), -pose.R;
+            const Eigen::Vector3d miss = pair.p_0 - pose * pair.p_1;
+            const Eigen::Matrix3d S = noiseOf(pair.p_0) + pose.R * noiseOf(pair.p_1) * pose.R.transpose();
+            const Eigen::Matrix3d W = S.inverse() / (1.0 + miss.dot(S.ldlt().solve(miss)) / 9.0);
+            N += J.transpose() * W * J;
+            g += J.transpose() * W * miss;
+        }
+        const Eigen::Matrix<double, 2, 3> T = (-pose.R * skew(Eigen::Vector3d::UnitZ())).topRows<2>();
+        const double w = 1.0 / (kTiltSigma * kTiltSigma);
+        N.topLeftCorner<3, 3>() += w * T.transpose() * T;
+        g.head<3>() += w * T.transpose() * pose.R.col(2).head<2>();
+        const Vector6d step = -N.ldlt().solve(g);
+        pose.t += pose.R * step.tail<3>();
+        pose.R = nearestRotation(pose.R * expRotation(step.head<3>()));
+        if (step.norm() < 1e-10) break;
+    }
+    return N;
+}
+
+} // namespace
+
+std::optional<PairPose> poseFromPicks(const Panorama& panorama_0, const Panorama& panorama_1,
+                                      const std::vector<PickedPair>& picks)
+{
+    if (picks.size() < 3 || allInOneDirection(picks) || !panorama_0.metric() || !panorama_1.metric())
+        return std::nullopt;
+    // Each pick gives one pair of points, or up to four where it lies on a depth edge.
+    std::vector<std::vector<Points>> choices;
+    std::vector<PickedPair> ranged;
+    for (const PickedPair& pick : picks) {
+        const Eigen::Vector3d u_0 = directionFromAngles(pick.azimuth_0, pick.polar_0);
+        const Eigen::Vector3d u_1 = directionFromAngles(pick.azimuth_1, pick.polar_1);
+        std::vector<Points> here;
+        for (const double r_0 : rangesAbout(panorama_0.range, u_0))
+            for (const double r_1 : rangesAbout(panorama_1.range, u_1))
+                here.push_back({r_0 * u_0, r_1 * u_1});
+        if (here.empty()) continue;
+        choices.push_back(here);
+        ranged.push_back(pick);
+    }
+    if (choices.size() < 3) return std::nullopt;
+
+    double best_cost = 1e300;
+    std::vector<Points> best;
+    const auto tryTriple = [&](const std::vector<Points>& triple) {
+        if (secondExtent(triple) < 0.5 * kSmallestExtent_m) return;
+        const Pose pose = absoluteOrientation(triple);
+        double cost = (1.0 - pose.R(2, 2)) * 2.0 / (kTiltSigma * kTiltSigma);
+        std::vector<Points> chosen;
+        for (const std::vector<Points>& here : choices) {
+            const Points* nearest = &here.front();
+            for (const Points& points : here)
+                if (squaredMiss(points, pose) < squaredMiss(*nearest, pose)) nearest = &points;
+            cost += std::min(squaredMiss(*nearest, pose), 30.0);
+            chosen.push_back(*nearest);
+        }
+        if (cost < best_cost) best_cost = cost, best = chosen;
+    };
+    const std::size_t most = std::min<std::size_t>(choices.size(), 14); // 364 triples are plenty
+    for (std::size_t a = 0; a < most; ++a)
+        for (std::size_t b = a + 1; b < most; ++b)
+            for (std::size_t c = b + 1; c < most; ++c)
+                for (const Points& x : choices[a])
+                    for (const Points& y : choices[b])
+                        for (const Points& z : choices[c])
+                            tryTriple({x, y, z});
+    if (best.empty() || secondExtent(best) < kSmallestExtent_m) return std::nullopt;
+
+    Pose pose = absoluteOrientation(best);
+    const Matrix6d information = refine(best, pose);
+    int fitting = 0;
+    for (const Points& points : best)
+        fitting += squaredMiss(points, pose) < 16.3; // 3 degrees, p = 0.001
+    if (fitting < 3) return std::nullopt;
+    PairPose result;
+    result.R_0_from_1 = pose.R;
+    result.t_0_from_1 = pose.t;
+    result.metric = true;
+    result.information = information;
+    result.matches = int(picks.size());
+    // Three pairs that fit leave three equations over; each further one makes chance less likely.
+    const double fit = double(fitting) / double(picks.size());
+    result.reliability = std::clamp(fit * (1.0 - std::pow(0.35, fitting - 1)), 0.05, 0.99);
+    for (std::size_t k = 0; k < best.size(); ++k) {
+        if (squaredMiss(best[k], pose) >= 16.3) continue;
+        result.inliers.push_back({best[k].p_0.normalized().cast<float>(),
+                                  best[k].p_1.normalized().cast<float>(), float(best[k].p_0.norm()),
+                                  float(best[k].p_1.norm())});
+    }
+    return result;
+}
+
+} // namespace nexomap

@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/model/Adding.h"
+
+#include "nexomap/src/files/MatchPicture.h"
+#include "nexomap/src/model/LinkChoice.h"
+#include "nexomap/src/model/MatchFiles.h"
+#include "nexomap/src/model/Names.h"
+#include "nexomap/src/model/ParallelFor.h"
+#include "nexomap/src/model/Relocation.h"
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <algorithm>
+
+namespace nexomap {
+namespace {
+
+constexpr double kWorthAPicture = 0.2;
+
+/// Edges of the new node to all earlier ones, in their order.
+std::vector<Edge> matchWithEarlier(const Model& model, const Workplace& workplace, const Panorama& panorama)
+{
+    const int count = int(model.nodes.size());
+    std::vector<const Panorama*> earlier;
+    for (const Node& node : model.nodes)
+        earlier.push_back(&node.source->get(workplace.front_end));
+    std::vector<std::optional<PairPose>> poses(count);
+    parallelFor(count, [&](int n) { poses[n] = workplace.front_end.match(*earlier[n], panorama); });
+    std::vector<Edge> edges;
+    for (int n = 0; n < count; ++n) {
+        if (!poses[n]) continue;
+        Edge edge;
+        edge.node_0 = n;
+        edge.node_1 = count;
+        edge.reliability = poses[n]->reliability;
+        edge.values.spacing = poses[n]->t_0_from_1.norm();
+        edge.pose = std::make_shared<const PairPose>(std::move(*poses[n]));
+        edges.push_back(std::move(edge));
+    }
+    return edges;
+}
+
+const char* originText(Origin origin)
+{
+    switch (origin) {
+    case Origin::ByHand:
+        return "by hand";
+    case Origin::ByPose:
+        return "by position";
+    case Origin::Matched:
+        break;
+    }
+    return "matched";
+}
+
+} // namespace
+
+void addNode(Model& model, const Workplace& workplace, const std::string& path)
+{
+    std::string error;
+    // The name is looked at first: features take a second, a double takes none.
+    const std::optional<std::string> name = workplace.front_end.identify(path, &error);
+    if (!name) throw Failure(NEXOMAP_BAD_FILE, path + ": " + error);
+    if (!isName(*name)) throw Failure(NEXOMAP_BAD_FILE, path + ": its identity cannot name a file");
+    if (model.findNode(*name) >= 0) throw Failure(NEXOMAP_DUPLICATE, *name + " was added before");
+    std::shared_ptr<const Panorama> panorama = workplace.front_end.load(path, &error);
+    if (!panorama) throw Failure(NEXOMAP_BAD_FILE, path + ": " + error);
+
+    std::vector<Edge> edges = matchWithEarlier(model, workplace, *panorama);
+    Node node;
+    node.name = *name;
+    node.path = path;
+    node.height_m = panorama->camera_height_m;
+    node.source = std::make_shared<PanoramaSource>(std::move(panorama));
+    model.nodes.push_back(std::move(node));
+    model.adding = true;
+    const Edge* best = nullptr;
+    for (const Edge& edge : edges) {
+        if (edge.reliability < kWorthAPicture) continue;
+        if (!best || edge.pose->inliers.size() > best->pose->inliers.size()) best = &edge;
+    }
+    if (best) {
+        drawMatchPicture(model, workplace, *best);
+        model.pictures.push_back(matchKey(model, *best));
+    }
+    model.edges.insert(model.edges.end(), edges.begin(), edges.end());
+}
+
+void finishAdding(Model& model, const Workplace& workplace)
+{
+    if (!model.adding) return;
+    model.adding = false;
+    solveAfterAdding(model);
+    chooseLinks(model, workplace);
+    relocate(model);
+    writeMatchFiles(model, workplace.folder);
+    for (const std::string& key : model.pictures) {
+        const bool kept = std::any_of(model.edges.begin(), model.edges.end(), [&](const Edge& edge) {
+            return edge.link && matchKey(model, edge) == key;
+        });
+        if (!kept) workplace.folder.remove(key + ".png");
+    }
+    model.pictures.clear();
+}
+
+void drawMatchPicture(const Model& model, const Workplace& workplace, const Edge& edge)
+{
+    const Node &node_0 = model.nodes[edge.node_0], &node_1 = model.nodes[edge.node_1];
+    MatchCaption caption;
+    caption.name_0 = node_0.name;
+    caption.name_1 = node_1.name;
+    caption.spacing_m = edge.values.spacing;
+    caption.scale_known = edge.pose->metric;
+    caption.reliability = edge.reliability;
+    caption.origin = originText(edge.origin);
+    const cv::Mat3b picture = drawMatch(node_0.source->get(workplace.front_end),
+                                        node_1.source->get(workplace.front_end), *edge.pose, caption);
+    Bytes png;
+    cv::imencode(".png", picture, png, {cv::IMWRITE_PNG_COMPRESSION, 2});
+    const std::string name = matchKey(model, edge) + ".png";
+    workplace.folder.write(name, png);
+    workplace.folder.makeNewest(name);
+}
+
+} // namespace nexomap

@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/model/LinkChoice.h"
+
+#include "nexomap/src/graph/GraphEdge.h"
+#include "nexomap/src/links/SightLine.h"
+#include "nexomap/src/model/Relocation.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nexomap {
+namespace {
+
+constexpr double kAlwaysShown_m = 6.0;
+constexpr double kFarthest_m = 15.0;
+constexpr double kSameWay = 20.0 * kDegree;
+constexpr double kPoseAngleSigma = 0.5 * kDegree;
+constexpr double kPoseSigma_m = 0.05;
+
+bool sightLine(const Model& model, const Workplace& workplace, int a, int b)
+{
+    const Node &x = model.nodes[a], &y = model.nodes[b];
+    return seeEachOther(x.source->get(workplace.front_end), x.pose, y.source->get(workplace.front_end),
+                        y.pose, x.up);
+}
+
+double distance(const Model& model, int a, int b)
+{
+    return (model.nodes[a].pose.t - model.nodes[b].pose.t).norm();
+}
+
+/// Relative-neighbourhood rule: a station on the way, linked to both and nearer to both, makes the link
+/// needless.
+bool isNeedless(const Model& model, int a, int b)
+{
+    const double length = distance(model, a, b);
+    if (length <= kAlwaysShown_m) return false;
+    const auto sameWay = [&](int from, int to, int between) {
+        const Eigen::Vector3d u = model.nodes[to].pose.t - model.nodes[from].pose.t;
+        const Eigen::Vector3d v = model.nodes[between].pose.t - model.nodes[from].pose.t;
+        return std::atan2(u.cross(v).norm(), u.dot(v)) < kSameWay;
+    };
+    for (int k = 0; k < int(model.nodes.size()); ++k) {
+        if (k == a || k == b) continue;
+        const Edge *to_a = model.edgeBetween(a, k), *to_b = model.edgeBetween(b, k);
+        if (!to_a || !to_b || !to_a->link || !to_b->link) continue;
+        if (std::max(distance(model, a, k), distance(model, b, k)) < length && sameWay(a, b, k)) return true;
+    }
+    return false;
+}
+
+Edge edgeByPose(const Model& model, int a, int b)
+{
+    Edge edge;
+    edge.node_0 = a;
+    edge.node_1 = b;
+    edge.origin = Origin::ByPose;
+    edge.link = true;
+    PairPose pose;
+    const Pose step = model.nodes[a].pose.inverse() * model.nodes[b].pose;
+    pose.R_0_from_1 = step.R;
+    pose.t_0_from_1 = step.t;
+    pose.metric = true;
+    pose.information.setZero();
+    pose.information.diagonal().head<3>().setConstant(1.0 / (kPoseAngleSigma * kPoseAngleSigma));
+    pose.information.diagonal().tail<3>().setConstant(1.0 / (kPoseSigma_m * kPoseSigma_m));
+    // As good as the weaker end is held by its best link.
+    double held_a = 0.0, held_b = 0.0;
+    for (const Edge& other : model.edges) {
+        if (other.node_0 == a || other.node_1 == a) held_a = std::max(held_a, other.reliability);
+        if (other.node_0 == b || other.node_1 == b) held_b = std::max(held_b, other.reliability);
+    }
+    pose.reliability = edge.reliability = 0.95 * std::min(held_a, held_b);
+    edge.pose = std::make_shared<const PairPose>(std::move(pose));
+    edge.values = valuesByPoses(model, a, b);
+    return edge;
+}
+
+std::vector<int> components(const Model& model, bool links_only)
+{
+    std::vector<GraphEdge> graph;
+    for (const Edge& edge : model.edges)
+        if (edge.link || !links_only) graph.push_back({edge.node_0, edge.node_1, edge.pose.get(), false});
+    return connectedComponents(int(model.nodes.size()), graph, std::vector<char>(graph.size(), 1));
+}
+
+/// Makes the links of each pose component one piece.
+void bridgeParts(Model& model, const Workplace& workplace)
+{
+    const std::vector<int> whole = components(model, false);
+    std::vector<NodePair> pairs;
+    for (int a = 0; a < int(model.nodes.size()); ++a)
+        for (int b = a + 1; b < int(model.nodes.size()); ++b)
+            if (whole[a] == whole[b]) pairs.emplace_back(a, b);
+    std::stable_sort(pairs.begin(), pairs.end(), [&](const NodePair& p, const NodePair& q) {
+        return distance(model, p.first, p.second) < distance(model, q.first, q.second);
+    });
+    std::vector<int> part = components(model, true);
+    for (const auto& [a, b] : pairs) {
+        if (part[a] == part[b] || !sightLine(model, workplace, a, b)) continue;
+        if (Edge* edge = model.edgeBetween(a, b))
+            edge->link = true;
+        else
+            model.edges.push_back(edgeByPose(model, a, b));
+        part = components(model, true);
+    }
+    std::vector<Edge*> hidden;
+    for (Edge& edge : model.edges)
+        if (!edge.link) hidden.push_back(&edge);
+    std::stable_sort(hidden.begin(), hidden.end(),
+                     [](const Edge* p, const Edge* q) { return p->reliability > q->reliability; });
+    for (Edge* edge : hidden) {
+        if (part[edge->node_0] == part[edge->node_1]) continue;
+        edge->link = true;
+        part = components(model, true);
+    }
+}
+
+} // namespace
+
+void chooseLinks(Model& model, const Workplace& workplace)
+{
+    std::vector<Edge*> by_length;
+    for (Edge& edge : model.edges)
+        if (!edge.link) by_length.push_back(&edge);
+    std::stable_sort(by_length.begin(), by_length.end(), [&](const Edge* p, const Edge* q) {
+        return distance(model, p->node_0, p->node_1) < distance(model, q->node_0, q->node_1);
+    });
+    for (Edge* edge : by_length) {
+        const bool ranged = model.nodes[edge->node_0].source->get(workplace.front_end).metric() &&
+                            model.nodes[edge->node_1].source->get(workplace.front_end).metric();
+        edge->link = !ranged || (sightLine(model, workplace, edge->node_0, edge->node_1) &&
+                                 !isNeedless(model, edge->node_0, edge->node_1));
+    }
+    bridgeParts(model, workplace);
+    for (Edge& edge : model.edges)
+        if (edge.link) edge.values = valuesByPoses(model, edge.node_0, edge.node_1);
+}
+
+void addLinksByPose(Model& model, const Workplace& workplace)
+{
+    const std::vector<int> group = components(model, true);
+    std::vector<NodePair> pairs;
+    for (int a = 0; a < int(model.nodes.size()); ++a)
+        for (int b = a + 1; b < int(model.nodes.size()); ++b) {
+            const Edge* edge = model.edgeBetween(a, b);
+            if (group[a] == group[b] && !(edge && edge->link) && distance(model, a, b) <= kFarthest_m)
+                pairs.emplace_back(a, b);
+        }
+    std::stable_sort(pairs.begin(), pairs.end(), [&](const NodePair& p, const NodePair& q) {
+        return distance(model, p.first, p.second) < distance(model, q.first, q.second);
+    });
+    for (const auto& [a, b] : pairs) {
+        if (isNeedless(model, a, b) || !sightLine(model, workplace, a, b)) continue;
+        // A pair that was matched but not shown keeps its measurement: only pairs without one are made here.
+        if (!model.edgeBetween(a, b)) model.edges.push_back(edgeByPose(model, a, b));
+    }
+}
+
+} // namespace nexomap

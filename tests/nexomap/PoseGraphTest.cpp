@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// The pose graph on made-up graphs whose truth is known.
+
+#include "nexomap/src/graph/PoseGraph.h"
+#include "tests/nexomap/MadeUpTour.h"
+
+#include <gtest/gtest.h>
+
+using namespace nexomap;
+
+namespace {
+
+struct Graph
+{
+    std::vector<PairPose> poses;
+    std::vector<GraphEdge> edges;
+    GraphSolution solve(int nodes) const
+    {
+        return solvePoseGraph(nodes, edges, std::vector<char>(edges.size(), 0));
+    }
+};
+
+/// All pairs within reach; `wrong` of them replaced by nonsense.
+Graph graphOf(const MadeUpTour& tour, int wrong = 0)
+{
+    Graph graph;
+    const int n = int(tour.stations.size());
+    std::vector<std::pair<int, int>> pairs;
+    for (int a = 0; a < n; ++a)
+        for (int b = a + 1; b < n; ++b)
+            if ((tour.stations[a].pose.t - tour.stations[b].pose.t).norm() <= tour.reach_m)
+                pairs.emplace_back(a, b);
+    std::mt19937 random(tour.seed);
+    for (const auto& [a, b] : pairs)
+        graph.poses.push_back(tour.pairPose(a, b));
+    for (int k = 0; k < wrong; ++k) {
+        PairPose& pose = graph.poses[(k * 5 + 3) % graph.poses.size()];
+        std::uniform_real_distribution<double> unit(-1, 1);
+        pose.R_0_from_1 = rotationAboutZ(3.0 * unit(random)) * pose.R_0_from_1;
+        pose.t_0_from_1 += Eigen::Vector3d(2 * unit(random), 2 * unit(random), 0.1 * unit(random));
+        if (!pose.metric) pose.t_0_from_1.normalize();
+        pose.reliability = 0.7;
+    }
+    for (std::size_t k = 0; k < pairs.size(); ++k)
+        graph.edges.push_back({pairs[k].first, pairs[k].second, &graph.poses[k], false});
+    return graph;
+}
+
+/// Largest error of the poses against the truth, both seen from node `base`.
+void expectPoses(const MadeUpTour& tour, const GraphSolution& solution, int base, double degrees,
+                 double metres, double scale = 1.0)
+{
+    for (std::size_t n = 0; n < tour.stations.size(); ++n) {
+        if (solution.component[n] != solution.component[base]) continue;
+        const Pose truth = tour.stations[base].pose.inverse() * tour.stations[n].pose;
+        const Pose found = solution.poses[base].inverse() * solution.poses[n];
+        EXPECT_LT(rotationAngle(truth.R, found.R) / kDegree, degrees) << "node " << n;
+        EXPECT_LT((truth.t - scale * found.t).norm(), metres) << "node " << n;
+    }
+}
+
+MadeUpTour grid(int side)
+{
+    MadeUpTour tour;
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> unit(-1, 1);
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x)
+            tour.add(3 * x + unit(random), 3 * y + unit(random), 3 * unit(random), 0.05 * unit(random),
+                     0.005 * unit(random), 0.005 * unit(random));
+    tour.reach_m = 5.0;
+    return tour;
+}
+
+TEST(PoseGraph, NoNodesAndOneNodeAreSolved)
+{
+    EXPECT_TRUE(solvePoseGraph(0, {}, {}).poses.empty());
+    const GraphSolution one = solvePoseGraph(1, {}, {});
+    ASSERT_EQ(one.poses.size(), 1u);
+    EXPECT_EQ(one.poses[0].R, Eigen::Matrix3d::Identity());
+}
+
+TEST(PoseGraph, ExactEdgesGiveTheExactPoses)
+{
+    MadeUpTour tour = grid(3);
+    tour.rotation_sigma = tour.translation_sigma = 0.0;
+    const GraphSolution solution = graphOf(tour).solve(9);
+    expectPoses(tour, solution, 0, 0.02, 0.002);
+    EXPECT_EQ(solution.poses[0].R, Eigen::Matrix3d::Identity());
+    EXPECT_EQ(solution.poses[0].t, Eigen::Vector3d::Zero());
+}
+
+TEST(PoseGraph, NoisyEdgesAverageOut)
+{
+    MadeUpTour tour = grid(5);
+    const Graph graph = graphOf(tour);
+    const GraphSolution solution = graph.solve(25);
+    expectPoses(tour, solution, 0, 0.1, 0.02);
+    for (const char kept : solution.kept)
+        EXPECT_TRUE(kept);
+}
+
+TEST(PoseGraph, WrongEdgesAreCutAndDoNotBendThePoses)
+{
+    for (unsigned seed = 1; seed <= 5; ++seed) {
+        MadeUpTour tour = grid(5);
+        tour.seed = seed;
+        const int wrong = 8;
+        const Graph graph = graphOf(tour, wrong);
+        const GraphSolution solution = graph.solve(25);
+        expectPoses(tour, solution, 0, 0.15, 0.03);
+        for (int k = 0; k < wrong; ++k)
+            EXPECT_FALSE(solution.kept[(k * 5 + 3) % graph.edges.size()]) << k;
+    }
+}
+
+TEST(PoseGraph, PartsWithoutAnEdgeBecomeGroupsApart)
+{
+    MadeUpTour tour;
+    for (const double x : {0.0, 2.0, 4.0, 30.0, 32.0})
+        tour.add(x, 0.2 * x, x);
+    const GraphSolution solution = graphOf(tour).solve(5);
+    EXPECT_EQ(solution.component, (std::vector<int>{0, 0, 0, 1, 1}));
+    expectPoses(tour, solution, 0, 0.2, 0.02);
+    expectPoses(tour, solution, 3, 0.2, 0.02);
+    EXPECT_EQ(solution.poses[3].R, Eigen::Matrix3d::Identity());
+    double nearest = 1e9;
+    for (const int a : {0, 1, 2})
+        for (const int b : {3, 4})
+            nearest = std::min(nearest, (solution.poses[a].t - solution.poses[b].t).norm());
+    EXPECT_GE(nearest, 9.9);
+}
+
+TEST(PoseGraph, TheSameEdgesGiveTheSameBits)
+{
+    const MadeUpTour tour = grid(4);
+    const GraphSolution a = graphOf(tour, 4).solve(16), b = graphOf(tour, 4).solve(16);
+    for (int n = 0; n < 16; ++n) {
+        EXPECT_EQ(a.poses[n].R, b.poses[n].R);
+        EXPECT_EQ(a.poses[n].t, b.poses[n].t);
+    }
+}
+
+TEST(PoseGraph, WithoutScaleTheFloorGivesTheSize)
+{
+    MadeUpTour tour = grid(3);
+    tour.lidar = false;
+    tour.inliers = 200;
+    tour.rotation_sigma = 0.05 * kDegree;
+    tour.translation_sigma = 0.01;
+    for (auto& station : tour.stations)
+        station.pose.t -= Eigen::Vector3d(3, 3, 0);
+    const GraphSolution solution = graphOf(tour).solve(9);
+    // Stations stand 1.6 m above the floor in truth, 1.5 m by convention.
+    expectPoses(tour, solution, 0, 0.3, 0.15, 1.6 / 1.5);
+}
+
+TEST(PoseGraph, WithoutScaleAndFloorTheMedianSpacingIsTwo)
+{
+    MadeUpTour tour = grid(3);
+    tour.lidar = false;
+    tour.inliers = 0;
+    tour.rotation_sigma = 0.02 * kDegree;
+    tour.translation_sigma = 0.002;
+    const Graph graph = graphOf(tour);
+    const GraphSolution solution = graph.solve(9);
+    std::vector<double> spacings, truths;
+    for (const GraphEdge& edge : graph.edges) {
+        spacings.push_back((solution.poses[edge.i].t - solution.poses[edge.j].t).norm());
+        truths.push_back((tour.stations[edge.i].pose.t - tour.stations[edge.j].pose.t).norm());
+    }
+    std::sort(spacings.begin(), spacings.end());
+    std::sort(truths.begin(), truths.end());
+    EXPECT_NEAR(spacings[spacings.size() / 2], 2.0, 1e-6);
+    expectPoses(tour, solution, 0, 0.3, 0.3, truths[truths.size() / 2] / 2.0);
+}
+
+} // namespace
