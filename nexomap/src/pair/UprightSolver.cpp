@@ -28,10 +28,10 @@ struct Constraint
 
 struct Turns
 {
-    std::array<double, kSamples + 1> cosine, sine;
+    std::array<double, kSamples> cosine, sine;
     Turns()
     {
-        for (int i = 0; i <= kSamples; ++i) {
+        for (int i = 0; i < kSamples; ++i) {
             cosine[i] = std::cos(2.0 * kPi * i / kSamples);
             sine[i] = std::sin(2.0 * kPi * i / kSamples);
         }
@@ -49,32 +49,47 @@ std::vector<RigidPose> solveUpright(const std::array<Eigen::Vector3d, 3>& a,
         return e0.at(cosine, sine).dot(e1.at(cosine, sine).cross(e2.at(cosine, sine)));
     };
     std::vector<RigidPose> poses;
-    double previous = determinant(turns.cosine[0], turns.sine[0]);
-    for (int i = 1; i <= kSamples; ++i) {
-        const double value = determinant(turns.cosine[i], turns.sine[i]);
-        if ((previous < 0.0) != (value < 0.0)) {
-            // Regula falsi with the Illinois rule: six steps reach the noise of a bearing.
-            double low = 2.0 * kPi * (i - 1) / kSamples, high = 2.0 * kPi * i / kSamples;
-            double f_low = previous, f_high = value, yaw = low;
-            for (int step = 0; step < 8; ++step) {
-                yaw = (low * f_high - high * f_low) / (f_high - f_low);
-                const double f = determinant(std::cos(yaw), std::sin(yaw));
-                if (f == 0.0 || high - low < 1e-12) break;
-                if ((f < 0.0) == (f_low < 0.0)) {
-                    low = yaw, f_low = f, f_high *= 0.5;
-                } else {
-                    high = yaw, f_high = f, f_low *= 0.5;
-                }
+    const auto collect = [&](double low, double f_low, double high, double f_high) {
+        // Regula falsi with the Illinois rule.
+        double yaw = low;
+        for (int step = 0; step < 12; ++step) {
+            yaw = (low * f_high - high * f_low) / (f_high - f_low);
+            const double f = determinant(std::cos(yaw), std::sin(yaw));
+            if (std::abs(f) < 1e-15) break;
+            if ((f < 0.0) == (f_low < 0.0)) {
+                low = yaw, f_low = f, f_high *= 0.5;
+            } else {
+                high = yaw, f_high = f, f_low *= 0.5;
             }
-            const double cosine = std::cos(yaw), sine = std::sin(yaw);
-            const Eigen::Vector3d n0 = e0.at(cosine, sine), n1 = e1.at(cosine, sine),
-                                  n2 = e2.at(cosine, sine);
-            Eigen::Vector3d t = n0.cross(n1);
-            for (const Eigen::Vector3d& other : {n0.cross(n2), n1.cross(n2)})
-                if (other.squaredNorm() > t.squaredNorm()) t = other;
-            if (t.squaredNorm() > 1e-20) poses.push_back({headingRotation(yaw), t.normalized()});
         }
-        previous = value;
+        const double cosine = std::cos(yaw), sine = std::sin(yaw);
+        const Eigen::Vector3d n0 = e0.at(cosine, sine), n1 = e1.at(cosine, sine), n2 = e2.at(cosine, sine);
+        Eigen::Vector3d t = n0.cross(n1);
+        for (const Eigen::Vector3d& other : {n0.cross(n2), n1.cross(n2)})
+            if (other.squaredNorm() > t.squaredNorm()) t = other;
+        if (t.squaredNorm() > 1e-20) poses.push_back({headingRotation(yaw), t.normalized()});
+    };
+    constexpr double kStep = 2.0 * kPi / kSamples;
+    std::array<double, kSamples + 2> f;
+    for (int i = 0; i < kSamples; ++i)
+        f[i] = determinant(turns.cosine[i], turns.sine[i]);
+    f[kSamples] = f[0];
+    f[kSamples + 1] = f[1];
+    for (int i = 1; i <= kSamples; ++i) {
+        if ((f[i - 1] < 0.0) != (f[i] < 0.0)) {
+            collect(kStep * (i - 1), f[i - 1], kStep * i, f[i]);
+        } else if ((f[i + 1] < 0.0) == (f[i] < 0.0) && std::abs(f[i]) < std::abs(f[i - 1]) &&
+                   std::abs(f[i]) <= std::abs(f[i + 1])) {
+            // The curve turns back just before zero, or just behind it: then two roots hide between the
+            // samples.
+            const double bend = f[i - 1] - 2.0 * f[i] + f[i + 1];
+            const double yaw = kStep * (i + 0.5 * (f[i - 1] - f[i + 1]) / bend);
+            const double low = determinant(std::cos(yaw), std::sin(yaw));
+            if ((low < 0.0) != (f[i] < 0.0)) {
+                collect(kStep * (i - 1), f[i - 1], yaw, low);
+                collect(yaw, low, kStep * (i + 1), f[i + 1]);
+            }
+        }
     }
     return poses;
 }
