@@ -49,6 +49,19 @@ bool CheckedFile::open(Target target)
     return m_file.open(mode) || fail(m_file.errorString());
 }
 
+bool CheckedFile::reserve(qint64 bytes)
+{
+#ifdef Q_OS_LINUX
+    if (!seekable()) return true;
+    // The file's length stays what is written: a source that shrinks meanwhile leaves no tail of zeros.
+    if (::fallocate(m_file.handle(), FALLOC_FL_KEEP_SIZE, 0, bytes) == 0) return true;
+    if (errno == ENOSPC || errno == EDQUOT || errno == EFBIG) return fail(qt_error_string(errno));
+#else
+    Q_UNUSED(bytes)
+#endif
+    return true;
+}
+
 bool CheckedFile::write(const QByteArray& bytes)
 {
     qint64 done = 0;

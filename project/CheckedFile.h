@@ -23,6 +23,10 @@ public:
     explicit CheckedFile(const QString& path);
 
     [[nodiscard]] bool open(Target target);
+
+    /// Asks for room for `bytes` bytes in all, so that a disk that is too small shows before anything is
+    /// copied and the file lies in one piece. True where the system cannot tell.
+    [[nodiscard]] bool reserve(qint64 bytes);
     [[nodiscard]] bool write(const QByteArray& bytes);
 
     /// Copies `bytes` bytes from `source`'s position, without holding the file in memory. Fails when the

@@ -79,12 +79,22 @@ bool writeRecord(CheckedFile& file, const Source& record, QString* why)
     return false;
 }
 
+/// Bytes of the whole tour file, by what its sources say now.
+qint64 lengthOf(const QByteArray& xml, const std::vector<Source>& sources)
+{
+    qint64 length = 2 + tour::kRecordHeadBytes + xml.size();
+    for (const Source& source : sources)
+        length += tour::kRecordHeadBytes + std::min(QFileInfo(source.path).size(), tour::kLongestRecord);
+    return length;
+}
+
 bool writeTour(CheckedFile& file, RoamProject& project, int entrySelector, const std::vector<Source>& sources,
                QString* why)
 {
     const QByteArray magic = tour::littleEndian16(tour::kMagic);
     const QByteArray xml = tourxml::build(project, entrySelector).toUtf8();
-    bool written = file.write(file.seekable() ? QByteArray(magic.size(), '\0') : magic) &&
+    bool written = file.reserve(lengthOf(xml, sources)) &&
+                   file.write(file.seekable() ? QByteArray(magic.size(), '\0') : magic) &&
                    writeHead(file, tour::KindXml, QLatin1String(tour::kXmlName), xml.size()) &&
                    file.write(xml);
     for (const Source& source : sources) {
