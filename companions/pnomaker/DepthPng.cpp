@@ -19,11 +19,16 @@ void appendBytes(png_structp png, png_bytep bytes, png_size_t size)
 
 void keepQuiet(png_structp, png_const_charp) {}
 
+[[noreturn]] void escape(png_structp png, png_const_charp)
+{
+    png_longjmp(png, 1);
+}
+
 } // namespace
 
 bool encodeDepthTile(const std::uint16_t* values, std::vector<std::uint8_t>& out)
 {
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, keepQuiet);
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, escape, keepQuiet);
     if (!png) return false;
     png_infop info = png_create_info_struct(png);
     if (!info || setjmp(png_jmpbuf(png))) {

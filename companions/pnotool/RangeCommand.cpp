@@ -48,10 +48,15 @@ void writeBytes(png_structp png, png_bytep bytes, png_size_t size)
 void flushBytes(png_structp) {}
 void keepQuiet(png_structp, png_const_charp) {}
 
+[[noreturn]] void escape(png_structp png, png_const_charp)
+{
+    png_longjmp(png, 1);
+}
+
 /// @param damagedRow  set when a tile of that row cannot be read
 bool writeRange(PnoFile& file, pnomaker::PartFile& out, std::vector<std::uint16_t>& band, int& damagedRow)
 {
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, keepQuiet);
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, escape, keepQuiet);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!info || setjmp(png_jmpbuf(png))) {
         png_destroy_write_struct(&png, &info);

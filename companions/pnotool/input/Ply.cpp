@@ -201,6 +201,7 @@ std::string readPly(std::istream& in, EvenSelection& points)
             if (property.list) return "the PLY file has lists before or in its vertices";
             recordBytes += sizeOf(property.type);
         }
+        if (element.properties.empty()) continue; // whatever its count, nothing stands for it in the data
         std::vector<double> values(element.properties.size());
         std::vector<std::uint8_t> record(recordBytes);
         std::string line;

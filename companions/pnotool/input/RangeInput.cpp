@@ -40,11 +40,16 @@ struct PngInput
 };
 
 void keepQuiet(png_structp, png_const_charp) {}
+
+[[noreturn]] void escape(png_structp png, png_const_charp)
+{
+    png_longjmp(png, 1);
+}
 void keepQuietTiff(const char*, const char*, std::va_list) {}
 
 std::string readPng(PngInput& input, int maxWidth, int maxHeight, pnomaker::RangePicture& range)
 {
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, keepQuiet);
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, escape, keepQuiet);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!info || setjmp(png_jmpbuf(png))) {
         png_destroy_read_struct(&png, &info, nullptr);
