@@ -41,3 +41,15 @@ protected:
     std::string m_path;
     std::unique_ptr<PnoFile> m_file = std::make_unique<PnoFile>();
 };
+
+/// The same with two valid panoramas to bend.
+class PartsTest : public ReaderTest
+{
+protected:
+    const pnotest::PnoParts m_plain = pnotest::parts();
+    const pnotest::PnoParts m_lidar = [] {
+        pnotest::PnoOptions options;
+        options.depthTiles = pnotest::tinyTiles();
+        return pnotest::parts(options);
+    }();
+};
