@@ -72,8 +72,7 @@ PoseFile readPoseFile(const QString& path)
         result.links[pairOf(value.toObject())] = value.toObject().value(QLatin1String("mode")).toInt() != 1;
     result.hasVisibility = root.contains(QLatin1String("pairs"));
     for (const QJsonValue value : root.value(QLatin1String("pairs")).toArray())
-        result.visible[pairOf(value.toObject())] =
-            value.toObject().value(QLatin1String("visible")).toBool(true);
+        result.visible[pairOf(value.toObject())] = value.toObject().value(QLatin1String("sees")).toBool();
     result.groups = root.value(QLatin1String("groups")).toInt();
     result.lidar = root.value(QLatin1String("lidar")).toBool(true);
     if (result.poses.empty()) result.error = QStringLiteral("%1 holds no panoramas").arg(path);

@@ -24,7 +24,7 @@ using IdPair = std::pair<QString, QString>;
 IdPair idPair(const QString& one, const QString& other);
 
 /// Both kinds of file hold `panoramas` [{`id`, `position` [3], `rotation` [9]}]. A report also holds `links`
-/// [{`id0`, `id1`}], `groups` and `lidar`; a truth holds `pairs` [{`id0`, `id1`, `visible`, `distance`}].
+/// [{`id0`, `id1`}], `groups` and `lidar`; a truth holds `pairs` [{`id0`, `id1`, `sees`}].
 struct PoseFile
 {
     std::map<QString, Pose> poses;  ///< by identity text
