@@ -21,7 +21,8 @@ struct Rule
 };
 
 /// A number within limits.
-std::function<std::string(const std::string&)> number(double low, double high, std::function<void(double)> store)
+std::function<std::string(const std::string&)> number(double low, double high,
+                                                      std::function<void(double)> store)
 {
     return [=](const std::string& text) -> std::string {
         char* end = nullptr;
@@ -34,7 +35,8 @@ std::function<std::string(const std::string&)> number(double low, double high, s
     };
 }
 
-std::function<std::string(const std::string&)> whole(double low, double high, std::function<void(double)> store)
+std::function<std::string(const std::string&)> whole(double low, double high,
+                                                     std::function<void(double)> store)
 {
     const auto read = number(low, high, [](double) {});
     return [=](const std::string& text) -> std::string {
@@ -66,7 +68,9 @@ std::function<std::string(const std::string&)> word(std::map<std::string, T> wor
 std::vector<Rule> rulesFor(Arguments& a)
 {
     Options& o = a.options;
-    const auto set = [](auto* field) { return [field](double v) { *field = static_cast<std::decay_t<decltype(*field)>>(v); }; };
+    const auto set = [](auto* field) {
+        return [field](double v) { *field = static_cast<std::decay_t<decltype(*field)>>(v); };
+    };
     const auto on = [](bool* field, bool value) {
         return [field, value](const std::string&) {
             *field = value;
@@ -91,31 +95,49 @@ std::vector<Rule> rulesFor(Arguments& a)
              a.width = static_cast<int>(w);
              return a.width % 2 ? std::string(" must be even") : std::string();
          }},
-        {"--rooms", "N", "rooms beside the corridors, 1 to 1000 (three for five panoramas)", whole(1, 1000, set(&o.rooms))},
-        {"--lean", "DEG", "standard deviation of the camera's tilt about each level axis (0.3)", number(0, 20, set(&o.lean_deg))},
-        {"--exposure-steps", "STOPS", "panoramas differ by up to this, either way (0.15)", number(0, 4, set(&o.exposureSteps))},
-        {"--identical-rooms", "N", "so many rooms are the same to the last book (0)", whole(0, 100, set(&o.identicalRooms))},
+        {"--rooms", "N", "rooms beside the corridors, 1 to 1000 (three for five panoramas)",
+         whole(1, 1000, set(&o.rooms))},
+        {"--lean", "DEG", "standard deviation of the camera's tilt about each level axis (0.3)",
+         number(0, 20, set(&o.lean_deg))},
+        {"--exposure-steps", "STOPS", "panoramas differ by up to this, either way (0.15)",
+         number(0, 4, set(&o.exposureSteps))},
+        {"--identical-rooms", "N", "so many rooms are the same to the last book (0)",
+         whole(0, 100, set(&o.identicalRooms))},
         {"--mirrors", "SHARE", "rooms with a large mirror on a wall (0)", number(0, 1, set(&o.mirrors))},
         {"--glass", "SHARE", "walls to the corridor that are panes (0)", number(0, 1, set(&o.glass))},
         {"--closed-doors", "SHARE", "inner doors that are shut (0)", number(0, 1, set(&o.closedDoors))},
         {"--moved-furniture", "SHARE", "loose furniture that moved before the second half was taken (0)",
          number(0, 1, set(&o.movedFurniture))},
         {"--texture", "WORD", "rich, plain or mixed (rich)",
-         word<Texture>({{"rich", Texture::Rich}, {"plain", Texture::Plain}, {"mixed", Texture::Mixed}}, &o.texture)},
+         word<Texture>({{"rich", Texture::Rich}, {"plain", Texture::Plain}, {"mixed", Texture::Mixed}},
+                       &o.texture)},
         {"--nadir", "WORD", "below the camera: clear, patch, tripod or operator (clear)",
-         word<Nadir>({{"clear", Nadir::Clear}, {"patch", Nadir::Patch}, {"tripod", Nadir::Tripod}, {"operator", Nadir::Operator}}, &o.nadir)},
-        {"--picture-noise", "SD", "of the sensor at mid-grey, in steps of 255 (1.5)", number(0, 50, set(&o.pictureNoise))},
+         word<Nadir>({{"clear", Nadir::Clear},
+                      {"patch", Nadir::Patch},
+                      {"tripod", Nadir::Tripod},
+                      {"operator", Nadir::Operator}},
+                     &o.nadir)},
+        {"--picture-noise", "SD", "of the sensor at mid-grey, in steps of 255 (1.5)",
+         number(0, 50, set(&o.pictureNoise))},
         {"--interleaved-noise", "SD", "even and odd columns differ, row by row, in steps of 255 (0)",
          number(0, 50, set(&o.interleavedNoise))},
         {"--no-lidar", "", "pictures alone", on(&o.lidar, false)},
-        {"--range-noise", "METRES", "standard deviation along the ray (0.006)", number(0, 1, set(&o.rangeNoise_m))},
-        {"--range-fill", "SHARE", "range pixels that are measured; below 1 they form a comb (1; a common device: 0.29)",
+        {"--range-noise", "METRES", "standard deviation along the ray (0.006)",
+         number(0, 1, set(&o.rangeNoise_m))},
+        {"--range-fill", "SHARE",
+         "range pixels that are measured; below 1 they form a comb (1; a common device: 0.29)",
          number(0.01, 1, set(&o.rangeFill))},
         {"--drop-outs", "SHARE", "returns lost at random (0.01)", number(0, 1, set(&o.dropOuts))},
         {"--max-range", "METRES", "no return from farther away (40)", number(1, 65, set(&o.maxRange_m))},
-        {"--blind-cone", "DEG", "half angle below the scanner without returns (20)", number(0, 90, set(&o.blindCone_deg))},
-        {"--pictures", "", "also writes each picture as PPM and each range picture as 16-bit PGM in mm", on(&a.pictures, true)},
-        {"--threads", "N", "0: as many as the machine runs at once; the files do not depend on it (0)", whole(0, 256, set(&o.threads))},
+        {"--blind-cone", "DEG", "half angle below the scanner without returns (20)",
+         number(0, 90, set(&o.blindCone_deg))},
+        {"--light-spacing", "METRES",
+         "between the points where the light is worked out; coarser is faster (0.08)",
+         number(0.02, 2, set(&o.lightSpacing_m))},
+        {"--pictures", "", "also writes each picture as PPM and each range picture as 16-bit PGM in mm",
+         on(&a.pictures, true)},
+        {"--threads", "N", "0: as many as the machine runs at once; the files do not depend on it (0)",
+         whole(0, 256, set(&o.threads))},
         {"--help", "", "this text", on(&a.help, true)},
     };
 }
@@ -145,15 +167,17 @@ std::string parseArguments(const std::vector<std::string>& words, Arguments* arg
 std::string helpText()
 {
     Arguments unused;
-    std::string text = "Usage: samplescene --out DIR [options]\n\n"
-                       "Makes panorama files of a made-up building, and truth.json: where each was taken and\n"
-                       "which of them see each other. Equal arguments give equal files.\n\nOptions (default):\n";
+    std::string text =
+        "Usage: samplescene --out DIR [options]\n\n"
+        "Makes panorama files of a made-up building, and truth.json: where each was taken and\n"
+        "which of them see each other. Equal arguments give equal files.\n\nOptions (default):\n";
     for (const Rule& r : rulesFor(unused)) {
         std::string left = "  " + r.name + (r.value.empty() ? "" : " " + r.value);
         left.resize(std::max<std::size_t>(left.size() + 1, 28), ' ');
         text += left + r.help + "\n";
     }
-    return text + "\ntruth.json: world z up, metres; rotation is row by row, X_world = rotation * X_panorama + position;\n"
+    return text + "\ntruth.json: world z up, metres; rotation is row by row, X_world = rotation * X_panorama "
+                  "+ position;\n"
                   "a panorama's x points to the middle column of its picture, y to the left of it, z up.\n"
                   "Exit status: 0 success, 1 the work failed, 2 wrong usage.\n";
 }

@@ -14,8 +14,8 @@ namespace samplescene {
 struct Arguments
 {
     Options options;
-    std::string folder; ///< where the files go, local 8-bit encoding
-    int width = 4096;   ///< pixels of the pictures
+    std::string folder;    ///< where the files go, local 8-bit encoding
+    int width = 4096;      ///< pixels of the pictures
     bool pictures = false; ///< plain pictures as well
     bool help = false;
 };

@@ -86,7 +86,8 @@ int Builder::spine()
         m.look = Look::Printed;
         m.picture = static_cast<int>(m_world.pictures.size());
         m.seed = i + 1;
-        m_world.pictures.push_back(paintPrint(i % 2 ? Print::Text : Print::Poster, 24, 160, hash(i, 0xb00c5U)));
+        m_world.pictures.push_back(
+            paintPrint(i % 2 ? Print::Text : Print::Poster, 24, 160, hash(i, 0xb00c5U)));
         m_spines.push_back(material(m));
     }
     return m_spines[static_cast<std::size_t>(random.below(kStock))];

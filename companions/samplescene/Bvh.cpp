@@ -120,7 +120,8 @@ void Bvh::split(std::uint32_t begin, std::uint32_t end)
             sum.low = minimum(sum.low, bin.low);
             sum.high = maximum(sum.high, bin.high);
             sum.count += bin.count;
-            rightCost[static_cast<std::size_t>(b)] = sum.count > 0 ? halfArea(sum.low, sum.high) * sum.count : 0;
+            rightCost[static_cast<std::size_t>(b)] =
+                sum.count > 0 ? halfArea(sum.low, sum.high) * sum.count : 0;
         }
         sum = {};
         for (int b = 0; b + 1 < kBins; ++b) {
@@ -129,7 +130,8 @@ void Bvh::split(std::uint32_t begin, std::uint32_t end)
             sum.high = maximum(sum.high, bin.high);
             sum.count += bin.count;
             if (sum.count == 0 || rightCost[static_cast<std::size_t>(b + 1)] == 0) continue;
-            const float cost = halfArea(sum.low, sum.high) * sum.count + rightCost[static_cast<std::size_t>(b + 1)];
+            const float cost =
+                halfArea(sum.low, sum.high) * sum.count + rightCost[static_cast<std::size_t>(b + 1)];
             if (cost < bestCost) {
                 bestCost = cost;
                 bestAxis = axis;

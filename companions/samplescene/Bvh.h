@@ -25,7 +25,8 @@ public:
 
     /// Nearest hit in (nearest, farthest).
     /// @param seesGlass  panes are hit like anything else; otherwise they are not there
-    ShapeHit nearestHit(Vec3 origin, Vec3 direction, float nearest, float farthest, bool seesGlass = true) const;
+    ShapeHit nearestHit(Vec3 origin, Vec3 direction, float nearest, float farthest,
+                        bool seesGlass = true) const;
 
     /// Whether anything that stops light lies in (nearest, farthest).
     /// @param glassStops  glass counts as an obstacle

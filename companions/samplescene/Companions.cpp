@@ -14,7 +14,7 @@ constexpr float kPatchRadius = 0.3f; ///< radians from the lower pole
 void stand(Builder& b, const Frame& f, float height)
 {
     const int metal = b.metal({0.06f, 0.06f, 0.065f});
-    b.cylinder(f, {0, 0, height - 0.35f}, 0.03f, 0.24f, metal);
+    b.cylinder(f, {0, 0, height - 0.6f}, 0.022f, 0.35f, metal);
     for (int i = 0; i < 3; ++i) {
         const Frame leg = f.at({0, 0, 0}, 2.0944f * static_cast<float>(i));
         const float length = height - 0.3f;

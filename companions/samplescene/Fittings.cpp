@@ -33,11 +33,30 @@ int mirrorMaterial(Builder& b)
     return b.material(m);
 }
 
+/// Hangs from 1.68 down; the back of its collar at the frame's origin.
+void coat(Builder& b, const Frame& f)
+{
+    const float length = b.random.uniform(0.6f, 1.05f);
+    const float swing = b.random.uniform(-0.25f, 0.25f);
+    const int cloth = b.fabric(b.anyColor(0.03f, 0.35f));
+    const int lining = b.fabric(b.anyColor(0.03f, 0.3f));
+    const Frame c = f.at({0, 0.06f, 0}, swing);
+    b.box(c, {0, 0, 1.62f}, {0.22f, 0.1f, 0.1f}, lining);
+    b.box(c, {0, 0.01f, 1.6f - length / 2}, {0.34f, 0.1f, length}, cloth, 0, 0.03f);
+    b.box(c, {0, 0.065f, 1.6f - length / 2}, {0.03f, 0.03f, length * 0.96f}, lining, 0, 0.03f);
+    for (const float s : {-1.0f, 1.0f}) {
+        b.box(c, {s * 0.12f, 0.0f, 1.58f}, {0.2f, 0.12f, 0.09f}, cloth);
+        b.cylinder(c, {s * 0.215f, 0.0f, 0.98f}, 0.055f, 0.6f, cloth);
+        b.box(c, {s * 0.09f, 0.065f, 1.6f - length * 0.66f}, {0.11f, 0.02f, 0.12f}, cloth, 0, 0.03f);
+    }
+}
+
 } // namespace
 
 void kitchenRow(Builder& b, const Frame& f, float width)
 {
-    const int front = b.random.chance(0.5f) ? b.wood({0.5f, 0.35f, 0.2f}) : b.paint(b.anyColor(0.25f, 0.75f), 0.5f);
+    const int front =
+        b.random.chance(0.5f) ? b.wood({0.5f, 0.35f, 0.2f}) : b.paint(b.anyColor(0.25f, 0.75f), 0.5f);
     const int top = b.paint({0.12f, 0.12f, 0.12f}, 4);
     const int metal = b.metal({0.5f, 0.5f, 0.52f});
     const int units = std::max(2, static_cast<int>(width / 0.6f));
@@ -52,7 +71,8 @@ void kitchenRow(Builder& b, const Frame& f, float width)
         if (i == 0) { // stove
             b.box(f, {x, 0.31f, 0.903f}, {w * 0.9f, 0.5f, 0.008f}, b.paint({0.02f, 0.02f, 0.02f}, 0.3f));
             for (int k = 0; k < 4; ++k)
-                b.cylinder(f, {x + (k % 2 ? 0.12f : -0.12f), 0.31f + (k / 2 ? 0.11f : -0.11f), 0.907f}, 0.085f, 0.003f, b.paint({0.1f, 0.1f, 0.1f}));
+                b.cylinder(f, {x + (k % 2 ? 0.12f : -0.12f), 0.31f + (k / 2 ? 0.11f : -0.11f), 0.907f},
+                           0.085f, 0.003f, b.paint({0.1f, 0.1f, 0.1f}));
             b.box(f, {x, 0.22f, 1.75f}, {w, 0.42f, 0.12f}, metal);
             b.cylinder(f, {x, 0.15f, 1.8f}, 0.1f, 0.6f, metal);
             continue;
@@ -70,7 +90,8 @@ void kitchenRow(Builder& b, const Frame& f, float width)
     }
     for (int i = 0; i < 6; ++i) {
         const float x = b.random.uniform(-0.45f, 0.45f) * width;
-        b.cylinder(f, {x, b.random.uniform(0.1f, 0.25f), 0.9f}, b.random.uniform(0.03f, 0.07f), b.random.uniform(0.1f, 0.28f), b.paint(b.anyColor(0.05f, 0.7f), 2));
+        b.cylinder(f, {x, b.random.uniform(0.1f, 0.25f), 0.9f}, b.random.uniform(0.03f, 0.07f),
+                   b.random.uniform(0.1f, 0.28f), b.paint(b.anyColor(0.05f, 0.7f), 2));
     }
 }
 
@@ -84,7 +105,8 @@ void refrigerator(Builder& b, const Frame& f)
     b.box(f, {-0.24f, 0.64f, 1.0f}, {0.02f, 0.03f, 0.3f}, metal);
     b.box(f, {-0.24f, 0.64f, 0.6f}, {0.02f, 0.03f, 0.2f}, metal);
     for (int i = 0; i < 5; ++i) {
-        const std::size_t s = b.box(f, {b.random.uniform(-0.2f, 0.2f), 0.622f, b.random.uniform(1.1f, 1.7f)}, {0.1f, 0.004f, 0.12f}, body, 0, 0);
+        const std::size_t s = b.box(f, {b.random.uniform(-0.2f, 0.2f), 0.622f, b.random.uniform(1.1f, 1.7f)},
+                                    {0.1f, 0.004f, 0.12f}, body, 0, 0);
         b.face(s, 3, b.print(i % 2 ? Print::Text : Print::Poster, 64, 80));
     }
 }
@@ -122,20 +144,20 @@ void washbasin(Builder& b, const Frame& f)
     b.face(cabinet, 3, mirrorMaterial(b));
     b.standing(f, {0, 0.1f, 1.9f}, {0.4f, 0.05f, 0.05f}, shiningLamp(b, {0.95f, 0.95f, 0.9f}, 1.2f));
     for (int i = 0; i < 4; ++i)
-        b.cylinder(f, {b.random.uniform(-0.27f, 0.27f), 0.06f, 0.85f}, 0.025f, b.random.uniform(0.08f, 0.2f), b.paint(b.anyColor(0.1f, 0.8f), 2));
+        b.cylinder(f, {b.random.uniform(-0.27f, 0.27f), 0.06f, 0.85f}, 0.025f, b.random.uniform(0.08f, 0.2f),
+                   b.paint(b.anyColor(0.1f, 0.8f), 2));
 }
 
 void coatRack(Builder& b, const Frame& f, float width)
 {
     b.box(f, {0, 0.012f, 1.7f}, {width, 0.024f, 0.12f}, b.wood({0.4f, 0.26f, 0.14f}));
-    const int hooks = static_cast<int>(width / 0.14f);
+    const int hooks = static_cast<int>(width / 0.18f);
     const int metal = b.metal({0.4f, 0.4f, 0.4f});
     for (int i = 0; i < hooks; ++i) {
         const float x = -width / 2 + (static_cast<float>(i) + 0.5f) * width / static_cast<float>(hooks);
         b.box(f, {x, 0.045f, 1.7f}, {0.015f, 0.05f, 0.02f}, metal);
-        if (!b.random.chance(0.6f)) continue;
-        const float length = b.random.uniform(0.6f, 1.05f);
-        b.ellipsoid(b.loose(f, 0.15f), {x, 0.12f, 1.68f - length / 2}, {0.14f, 0.09f, length / 2}, b.fabric(b.anyColor(0.03f, 0.4f)));
+        if (i % 2 || !b.random.chance(0.8f)) continue;
+        coat(b, b.loose(f.at({x, 0.03f, 0}), 0.15f));
     }
 }
 
@@ -143,9 +165,13 @@ void framedPrint(Builder& b, const Frame& f, Print kind, float width, float heig
 {
     const bool framed = b.random.chance(0.65f);
     const float border = framed ? 0.035f : 0;
-    const int rim = framed ? (b.random.chance(0.5f) ? b.wood({0.25f, 0.15f, 0.08f}) : b.paint(b.anyColor(0.02f, 0.6f))) : b.paint({0.7f, 0.7f, 0.7f});
+    const int rim =
+        framed ? (b.random.chance(0.5f) ? b.wood({0.25f, 0.15f, 0.08f})
+                                        : b.paint(Vec3{1, 1, 1} * (b.random.chance(0.5f) ? 0.04f : 0.7f)))
+               : b.paint({0.7f, 0.7f, 0.7f});
     if (framed) b.box(f, {0, 0.01f, 0}, {width + 2 * border, 0.02f, height + 2 * border}, rim);
-    const std::size_t s = b.box(f, {0, framed ? 0.012f : 0.002f, 0}, {width, framed ? 0.021f : 0.004f, height}, rim);
+    const std::size_t s =
+        b.box(f, {0, framed ? 0.012f : 0.002f, 0}, {width, framed ? 0.021f : 0.004f, height}, rim);
     const float pixels = 560 / std::max(width, height);
     b.face(s, 3, b.print(kind, static_cast<int>(width * pixels), static_cast<int>(height * pixels)));
 }
@@ -192,7 +218,8 @@ void radiator(Builder& b, const Frame& f, float width)
     const int w = white(b);
     const int ribs = static_cast<int>(width / 0.08f);
     for (int i = 0; i < ribs; ++i)
-        b.box(f, {(static_cast<float>(i) + 0.5f) * 0.08f - width / 2, 0.07f, 0.42f}, {0.065f, 0.08f, 0.55f}, w);
+        b.box(f, {(static_cast<float>(i) + 0.5f) * 0.08f - width / 2, 0.07f, 0.42f}, {0.065f, 0.08f, 0.55f},
+              w);
     b.box(f, {0, 0.06f, 0.2f}, {width, 0.03f, 0.04f}, w);
 }
 
@@ -204,7 +231,8 @@ void ceilingLamp(Builder& b, const Frame& f, float ceiling, int model, float pow
     case 0: // globe on a cord
         b.cylinder(f, {0, 0, ceiling - 0.5f}, 0.006f, 0.5f, b.paint({0.05f, 0.05f, 0.05f}));
         b.ellipsoid(f, {0, 0, ceiling - 0.62f}, {0.16f, 0.16f, 0.14f}, glow);
-        b.lamp(f.toWorld({0, 0, ceiling - 0.85f}), warm * power, 0.18f);
+        b.lamp(f.toWorld({0, 0, ceiling - 0.85f}), warm * (power * 0.7f), 0.18f);
+        b.lamp(f.toWorld({0, 0, ceiling - 0.42f}), warm * (power * 0.3f), 0.2f);
         break;
     case 1: // flat dish
         b.cylinder(f, {0, 0, ceiling - 0.09f}, 0.2f, 0.09f, glow);

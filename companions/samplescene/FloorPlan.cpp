@@ -56,7 +56,8 @@ void raiseAlong(FloorPlan& plan, bool alongX)
             w.low = neighbour(plan, alongX, line, middle, true);
             w.high = neighbour(plan, alongX, line, middle, false);
             if (w.low < 0 && w.high < 0) continue;
-            if (!walls.empty() && walls.back().low == w.low && walls.back().high == w.high && same(walls.back().to, w.from))
+            if (!walls.empty() && walls.back().low == w.low && walls.back().high == w.high &&
+                same(walls.back().to, w.from))
                 walls.back().to = w.to;
             else
                 walls.push_back(w);

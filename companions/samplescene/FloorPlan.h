@@ -38,7 +38,7 @@ struct Opening
 {
     enum Type
     {
-        Door,   ///< with frame and leaf
+        Door,    ///< with frame and leaf
         Passage, ///< a gap in the wall up to the lintel
         Window,
         Entrance, ///< the front door, shut
@@ -56,11 +56,11 @@ struct Opening
 /// A straight piece between the same two rooms.
 struct Wall
 {
-    bool alongX = true;   ///< runs along x at y = line, otherwise along y at x = line
-    float line = 0;       ///< metres
+    bool alongX = true; ///< runs along x at y = line, otherwise along y at x = line
+    float line = 0;     ///< metres
     float from = 0, to = 0;
-    int low = -1;  ///< room on the side of smaller coordinates; -1: outside
-    int high = -1; ///< room on the other side
+    int low = -1;                          ///< room on the side of smaller coordinates; -1: outside
+    int high = -1;                         ///< room on the other side
     bool endsFrom = false, endsTo = false; ///< an outer corner of the building
     std::vector<Opening> openings;         ///< in order along the wall
     bool outer() const { return low < 0 || high < 0; }

@@ -7,7 +7,9 @@
 
 namespace samplescene {
 
-Furnisher::Furnisher(Builder& builder, const RoomSpace& roomSpace) : b(builder), space(roomSpace)
+Furnisher::Furnisher(Builder& builder, const RoomSpace& roomSpace)
+    : b(builder)
+    , space(roomSpace)
 {
     for (int side = 0; side < 4; ++side) {
         for (const RoomSpace::Gap& gap : space.gaps[side]) {
@@ -53,11 +55,12 @@ std::optional<Frame> Furnisher::alongWall(float width, float depth, float front,
         const float place = b.random.uniform();
         if (width > length || depth + front > across) continue;
         // Furniture likes corners.
-        const float from = place < 0.3f ? 0.02f : place > 0.7f ? length - width - 0.02f : (length - width) * (place - 0.3f) / 0.4f;
+        const float from = place < 0.3f   ? 0.02f
+                           : place > 0.7f ? length - width - 0.02f
+                                          : (length - width) * (place - 0.3f) / 0.4f;
         const float to = from + width;
-        if (tall && std::any_of(m_wall.begin(), m_wall.end(), [&](const Patch& p) {
-                return p.side == side && from < p.to && to > p.from;
-            }))
+        if (tall && std::any_of(m_wall.begin(), m_wall.end(),
+                                [&](const Patch& p) { return p.side == side && from < p.to && to > p.from; }))
             continue;
         if (taken(onSide(side, from, to, depth + front))) continue;
         m_floor.push_back(onSide(side, from, to, depth + front * 0.5f));
@@ -96,7 +99,8 @@ std::optional<Frame> Furnisher::onWall(float width, float height, float z)
         const float from = 0.1f + share * (length - width - 0.2f);
         const Patch own{side, from, from + width, z - height / 2, z + height / 2};
         if (std::any_of(m_wall.begin(), m_wall.end(), [&](const Patch& p) {
-                return p.side == side && own.from < p.to && own.to > p.from && own.low < p.high && own.high > p.low;
+                return p.side == side && own.from < p.to && own.to > p.from && own.low < p.high &&
+                       own.high > p.low;
             }))
             continue;
         m_wall.push_back({side, own.from - 0.08f, own.to + 0.08f, own.low - 0.08f, own.high + 0.08f});
@@ -111,7 +115,8 @@ std::vector<Furnisher::WindowPlace> Furnisher::windows() const
     for (int side = 0; side < 4; ++side)
         for (const RoomSpace::Gap& gap : space.gaps[side])
             if (gap.window)
-                places.push_back({space.sideFrame(side).at({(gap.from + gap.to) / 2, 0, 0}), gap.to - gap.from});
+                places.push_back(
+                    {space.sideFrame(side).at({(gap.from + gap.to) / 2, 0, 0}), gap.to - gap.from});
     return places;
 }
 

@@ -20,7 +20,8 @@ public:
     Builder& b;
     const RoomSpace& space;
 
-    /// A free place with its back to a wall: x along the wall from the piece's middle, y into the room, z = 0.
+    /// A free place with its back to a wall: x along the wall from the piece's middle, y into the room, z =
+    /// 0.
     /// @param front  metres kept free before it
     /// @param tall   does not stand before a window
     std::optional<Frame> alongWall(float width, float depth, float front, bool tall);

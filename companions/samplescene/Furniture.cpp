@@ -8,7 +8,11 @@ namespace {
 
 Vec3 woodTone(Random& r)
 {
-    const Vec3 tones[] = {{0.45f, 0.28f, 0.14f}, {0.2f, 0.1f, 0.05f}, {0.6f, 0.45f, 0.28f}, {0.65f, 0.63f, 0.58f}, {0.32f, 0.2f, 0.12f}};
+    const Vec3 tones[] = {{0.45f, 0.28f, 0.14f},
+                          {0.2f, 0.1f, 0.05f},
+                          {0.6f, 0.45f, 0.28f},
+                          {0.65f, 0.63f, 0.58f},
+                          {0.32f, 0.2f, 0.12f}};
     return tones[r.below(5)] * r.uniform(0.85f, 1.1f);
 }
 
@@ -18,7 +22,8 @@ int handleMetal(Builder& b)
 }
 
 /// Doors or drawers as slabs before a body, each with a handle.
-void fronts(Builder& b, const Frame& f, float width, float z0, float z1, float y, int columns, int rows, int material, int metal)
+void fronts(Builder& b, const Frame& f, float width, float z0, float z1, float y, int columns, int rows,
+            int material, int metal)
 {
     const float w = width / static_cast<float>(columns);
     const float h = (z1 - z0) / static_cast<float>(rows);
@@ -28,14 +33,16 @@ void fronts(Builder& b, const Frame& f, float width, float z0, float z1, float y
         b.box(f, {x, y + 0.009f, z}, {w - 0.006f, 0.018f, h - 0.006f}, material);
         const bool tall = h > w;
         const float hx = tall ? x + (i % 2 ? -1.0f : 1.0f) * (w / 2 - 0.05f) : x;
-        b.box(f, {hx, y + 0.03f, tall ? z : z + h * 0.25f}, tall ? Vec3{0.014f, 0.024f, 0.14f} : Vec3{0.12f, 0.024f, 0.014f}, metal);
+        b.box(f, {hx, y + 0.03f, tall ? z : z + h * 0.25f},
+              tall ? Vec3{0.014f, 0.024f, 0.14f} : Vec3{0.12f, 0.024f, 0.014f}, metal);
     }
 }
 
 void legs(Builder& b, const Frame& f, float width, float depth, float height, float size, int material)
 {
     for (int i = 0; i < 4; ++i)
-        b.standing(f, {(i % 2 ? 0.5f : -0.5f) * (width - size), (i / 2 ? 0.5f : -0.5f) * (depth - size), 0}, {size, size, height}, material);
+        b.standing(f, {(i % 2 ? 0.5f : -0.5f) * (width - size), (i / 2 ? 0.5f : -0.5f) * (depth - size), 0},
+                   {size, size, height}, material);
 }
 
 void woodenChair(Builder& b, const Frame& f, int wood, int seat)
@@ -85,7 +92,8 @@ void books(Builder& b, const Frame& f, float width, float height, float depth)
         const float h = height * b.random.uniform(0.62f, 0.95f);
         const float d = depth * b.random.uniform(0.6f, 0.9f);
         const Vec3 color = b.anyColor(0.03f, 0.6f);
-        const std::size_t s = b.box(f, {x + thick / 2, d / 2, h / 2}, {thick - 0.002f, d, h}, b.paint(color, 1.5f));
+        const std::size_t s =
+            b.box(f, {x + thick / 2, d / 2, h / 2}, {thick - 0.002f, d, h}, b.paint(color, 1.5f));
         if (b.random.chance(0.5f)) b.face(s, 3, b.spine());
         x += thick;
     }
@@ -99,7 +107,8 @@ void bed(Builder& b, const Frame& f, float width)
     legs(b, f.at({0, 1.04f, 0}), width, 2.0f, 0.12f, 0.07f, wood);
     const int sheet = b.fabric({0.7f, 0.7f, 0.68f});
     b.standing(f, {0, 1.04f, 0.32f}, {width - 0.04f, 1.96f, 0.18f}, sheet);
-    const int cover = b.random.chance(0.4f) ? b.print(Print::Rug, 384, 384) : b.fabric(b.anyColor(0.05f, 0.6f));
+    const int cover =
+        b.random.chance(0.4f) ? b.print(Print::Rug, 384, 384) : b.fabric(b.anyColor(0.05f, 0.6f));
     const Frame slipped = b.loose(f, 0.1f);
     b.standing(slipped, {0, 1.3f, 0.48f}, {width + 0.02f, 1.4f, 0.07f}, cover);
     const int pillow = b.fabric(b.anyColor(0.3f, 0.8f));
@@ -114,7 +123,8 @@ void wardrobe(Builder& b, const Frame& f, float width, float height)
     const int wood = b.wood(woodTone(b.random));
     b.standing(f, {0, 0.29f, 0}, {width, 0.58f, height}, wood);
     const int columns = std::max(2, static_cast<int>(width / 0.5f));
-    fronts(b, f, width, 0.08f, height - 0.02f, 0.58f, columns, 1, b.random.chance(0.5f) ? wood : b.wood(woodTone(b.random)), handleMetal(b));
+    fronts(b, f, width, 0.08f, height - 0.02f, 0.58f, columns, 1,
+           b.random.chance(0.5f) ? wood : b.wood(woodTone(b.random)), handleMetal(b));
     if (b.random.chance(0.6f)) cardboardBoxes(b, f.at({width * 0.2f, 0.3f, height}));
 }
 
@@ -175,7 +185,8 @@ void desk(Builder& b, const Frame& f, float width, int monitors)
     }
     b.box(f, {0, 0.52f, 0.748f}, {0.44f, 0.14f, 0.016f}, black);
     smallThings(b, f.at({0, 0.375f, 0}), width, 0.6f, 0.74f, 7);
-    const std::size_t sheet = b.box(f, {-width * 0.33f, 0.45f, 0.743f}, {0.21f, 0.297f, 0.004f}, wood, b.random.uniform(-0.5f, 0.5f));
+    const std::size_t sheet = b.box(f, {-width * 0.33f, 0.45f, 0.743f}, {0.21f, 0.297f, 0.004f}, wood,
+                                    b.random.uniform(-0.5f, 0.5f));
     b.face(sheet, 5, b.print(Print::Text, 160, 224));
     officeChair(b, b.loose(f.at({0, 0.95f, 0}, 3.14159f + b.random.uniform(-0.6f, 0.6f)), 0.7f));
 }
@@ -190,10 +201,13 @@ void sofa(Builder& b, const Frame& f, float width)
     const int seats = width > 1.5f ? 3 : 2;
     const float w = (width - 0.4f) / static_cast<float>(seats);
     for (int i = 0; i < seats; ++i)
-        b.box(f, {-width / 2 + 0.2f + (static_cast<float>(i) + 0.5f) * w, 0.55f, 0.42f}, {w - 0.015f, 0.66f, 0.13f}, cloth);
+        b.box(f, {-width / 2 + 0.2f + (static_cast<float>(i) + 0.5f) * w, 0.55f, 0.42f},
+              {w - 0.015f, 0.66f, 0.13f}, cloth);
     for (int i = 0; i < seats; ++i) {
-        const int cushion = b.random.chance(0.5f) ? b.print(Print::Poster, 160, 160) : b.fabric(b.anyColor(0.1f, 0.7f));
-        b.box(f, {b.random.uniform(-0.4f, 0.4f) * width, 0.36f, 0.66f}, {0.4f, 0.13f, 0.4f}, cushion, b.random.uniform(-0.4f, 0.4f), 0.3f);
+        const int cushion =
+            b.random.chance(0.5f) ? b.print(Print::Poster, 160, 160) : b.fabric(b.anyColor(0.1f, 0.7f));
+        b.box(f, {b.random.uniform(-0.4f, 0.4f) * width, 0.36f, 0.66f}, {0.4f, 0.13f, 0.4f}, cushion,
+              b.random.uniform(-0.4f, 0.4f), 0.3f);
     }
 }
 
@@ -249,7 +263,8 @@ void diningTable(Builder& b, const Frame& f, float length, float breadth)
         const float x = along == 1 ? 0 : (i ? 0.25f : -0.25f) * length;
         for (const float s : {-1.0f, 1.0f}) {
             const float out = b.random.uniform(0.0f, 0.25f);
-            const Frame c = f.at({x + b.random.uniform(-0.05f, 0.05f), s * (breadth / 2 + out), 0}, s > 0 ? 3.14159f : 0.0f);
+            const Frame c = f.at({x + b.random.uniform(-0.05f, 0.05f), s * (breadth / 2 + out), 0},
+                                 s > 0 ? 3.14159f : 0.0f);
             woodenChair(b, b.loose(c.at({0, 0, 0}, b.random.uniform(-0.25f, 0.25f)), 0.6f), chairWood, seat);
         }
     }
@@ -260,8 +275,9 @@ void sideboard(Builder& b, const Frame& f, float width, float height)
 {
     const int wood = b.wood(woodTone(b.random));
     b.standing(f, {0, 0.2f, 0.06f}, {width, 0.4f, height - 0.06f}, wood);
-    fronts(b, f, width, 0.08f, height - 0.03f, 0.4f, std::max(2, static_cast<int>(width / 0.45f)), b.random.chance(0.5f) ? 1 : 2,
-           b.random.chance(0.6f) ? wood : b.paint(b.anyColor(0.2f, 0.7f)), handleMetal(b));
+    fronts(b, f, width, 0.08f, height - 0.03f, 0.4f, std::max(2, static_cast<int>(width / 0.45f)),
+           b.random.chance(0.5f) ? 1 : 2, b.random.chance(0.6f) ? wood : b.paint(b.anyColor(0.2f, 0.7f)),
+           handleMetal(b));
     smallThings(b, f.at({0, 0.2f, 0}), width, 0.3f, height, 6);
     if (height < 1.1f && b.random.chance(0.6f)) plant(b, f.at({width * 0.3f, 0.2f, height}), 0.45f);
 }
@@ -282,7 +298,8 @@ void plant(Builder& b, const Frame& f, float height)
         const float a = 2.4f * static_cast<float>(i) + b.random.uniform(-0.3f, 0.3f);
         const float out = b.random.uniform(0.03f, 0.22f) * height;
         const float z = height * b.random.uniform(0.35f, 0.95f);
-        b.box(m, {out * std::cos(a), out * std::sin(a), z}, {height * 0.25f, height * 0.09f, 0.006f}, green, a, b.random.uniform(-0.7f, 0.7f));
+        b.box(m, {out * std::cos(a), out * std::sin(a), z}, {height * 0.25f, height * 0.09f, 0.006f}, green,
+              a, b.random.uniform(-0.7f, 0.7f));
     }
     b.cylinder(m, {0, 0, height * 0.28f}, 0.012f, height * 0.55f, b.wood({0.2f, 0.13f, 0.07f}));
 }
@@ -308,7 +325,9 @@ void cardboardBoxes(Builder& b, const Frame& f)
     float z = 0;
     for (int i = 0; i < 1 + b.random.below(2); ++i) {
         const float h = b.random.uniform(0.2f, 0.35f);
-        const std::size_t s = b.standing(m, {0, 0, z}, {b.random.uniform(0.3f, 0.5f), b.random.uniform(0.3f, 0.4f), h}, board, b.random.uniform(-0.3f, 0.3f));
+        const std::size_t s =
+            b.standing(m, {0, 0, z}, {b.random.uniform(0.3f, 0.5f), b.random.uniform(0.3f, 0.4f), h}, board,
+                       b.random.uniform(-0.3f, 0.3f));
         b.face(s, 3, b.print(Print::Text, 160, 100));
         z += h;
     }

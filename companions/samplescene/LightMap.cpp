@@ -84,14 +84,17 @@ Vec3 fromWindows(const World& world, Vec3 point, Vec3 normal)
 
 } // namespace
 
-void LightMap::layOut(const World& world)
+void LightMap::layOut(const World& world, float least)
 {
+    // A lawn of a hectare must not take the nodes away from the rooms.
+    const auto faceArea = [](const Shape& s, int axis) {
+        return 4 * s.half[(axis + 1) % 3] * s.half[(axis + 2) % 3];
+    };
     double area = 0;
-    for (const Shape& s : world.shapes) {
-        const Vec3 h = s.half;
-        area += 8.0 * static_cast<double>(h.x * h.y + h.y * h.z + h.z * h.x);
-    }
-    m_spacing = std::max(0.08f, static_cast<float>(std::sqrt(area / 250000.0)));
+    for (const Shape& s : world.shapes)
+        for (int axis = 0; axis < 3; ++axis)
+            area += 2.0 * static_cast<double>(std::min(faceArea(s, axis), 100.0f));
+    m_spacing = std::max(least, static_cast<float>(std::sqrt(area / 400000.0)));
     m_grids.assign(world.shapes.size() * kFaces, {});
     m_places.clear();
     for (std::size_t i = 0; i < world.shapes.size(); ++i) {
@@ -102,26 +105,35 @@ void LightMap::layOut(const World& world)
             const int u = axis == 0 ? 1 : 0;
             const int v = axis == 2 ? 1 : 2;
             const bool box = s.kind == Shape::Box;
+            const float spacing = std::max(m_spacing, std::sqrt(faceArea(s, axis) / 30000));
             const auto nodes = [&](float half) {
-                return static_cast<std::uint16_t>(std::clamp(static_cast<int>(std::ceil(2 * half / m_spacing)) + 1, 2, 1000));
+                return static_cast<std::uint16_t>(
+                    std::clamp(static_cast<int>(std::ceil(2 * half / spacing)) + 1, 2, 4000));
             };
             grid.first = static_cast<std::uint32_t>(m_places.size());
             grid.columns = box ? nodes(s.half[u]) : std::uint16_t{1};
-            grid.rows = box ? nodes(s.half[v]) : s.kind == Shape::Cylinder && face < 4 ? nodes(s.half.z) : std::uint16_t{1};
+            grid.rows = box                                     ? nodes(s.half[v])
+                        : s.kind == Shape::Cylinder && face < 4 ? nodes(s.half.z)
+                                                                : std::uint16_t{1};
             Vec3 n;
             n[axis] = face % 2 ? 1.0f : -1.0f;
-            const Material& m = world.materials[world.surfaces[i].material[static_cast<std::size_t>(box || (s.kind == Shape::Cylinder && face >= 4) ? face : 0)]];
+            const Material& m = world.materials[world.surfaces[i].material[static_cast<std::size_t>(
+                box || (s.kind == Shape::Cylinder && face >= 4) ? face : 0)]];
             for (int row = 0; row < grid.rows; ++row) {
                 for (int column = 0; column < grid.columns; ++column) {
                     // The outer nodes stand a little inside the edge: on it they would see both rooms.
                     const auto place = [](int k, int count, float half) {
                         const float inset = std::min(0.012f, half * 0.3f);
-                        return count < 2 ? 0.0f : (half - inset) * (2 * static_cast<float>(k) / static_cast<float>(count - 1) - 1);
+                        return count < 2
+                                   ? 0.0f
+                                   : (half - inset) *
+                                         (2 * static_cast<float>(k) / static_cast<float>(count - 1) - 1);
                     };
                     Vec3 p;
                     p[axis] = n[axis] * (s.half[axis] + kLift);
                     if (box) p[u] = place(column, grid.columns, s.half[u]);
-                    if (box || (s.kind == Shape::Cylinder && axis != 2)) p[v] = place(row, grid.rows, s.half[v]);
+                    if (box || (s.kind == Shape::Cylinder && axis != 2))
+                        p[v] = place(row, grid.rows, s.half[v]);
                     Place node;
                     node.point = s.center + s.turnToWorld(p);
                     node.normal = s.turnToWorld(n);
@@ -139,17 +151,20 @@ std::uint32_t LightMap::nodeNear(const World& world, const Hit& hit) const
     int face = hit.face;
     if (s.kind != Shape::Box && face < 4) {
         const Vec3 n = s.turnToLocal(hit.normal);
-        const int axis = std::fabs(n.x) > std::fabs(n.y) ? (std::fabs(n.x) > std::fabs(n.z) ? 0 : 2) : (std::fabs(n.y) > std::fabs(n.z) ? 1 : 2);
+        const int axis = std::fabs(n.x) > std::fabs(n.y) ? (std::fabs(n.x) > std::fabs(n.z) ? 0 : 2)
+                                                         : (std::fabs(n.y) > std::fabs(n.z) ? 1 : 2);
         face = 2 * axis + (n[axis] > 0 ? 1 : 0);
     }
     const Grid& grid = m_grids[static_cast<std::size_t>(hit.shape) * kFaces + static_cast<std::size_t>(face)];
     const int axis = face / 2;
     const auto index = [](float v, float half, int count) {
-        return static_cast<std::uint32_t>(std::clamp(static_cast<int>((v / half + 1) * 0.5f * static_cast<float>(count - 1) + 0.5f), 0, count - 1));
+        return static_cast<std::uint32_t>(std::clamp(
+            static_cast<int>((v / half + 1) * 0.5f * static_cast<float>(count - 1) + 0.5f), 0, count - 1));
     };
     const int u = axis == 0 ? 1 : 0;
     const int v = axis == 2 ? 1 : 2;
-    return grid.first + index(hit.local[v], s.half[v], grid.rows) * grid.columns + index(hit.local[u], s.half[u], grid.columns);
+    return grid.first + index(hit.local[v], s.half[v], grid.rows) * grid.columns +
+           index(hit.local[u], s.half[u], grid.columns);
 }
 
 void LightMap::gather(const World& world, std::size_t node, std::uint32_t* seen)
@@ -177,9 +192,9 @@ void LightMap::gather(const World& world, std::size_t node, std::uint32_t* seen)
     m_direct[node] = light;
 }
 
-void LightMap::bake(const World& world, int threads)
+void LightMap::bake(const World& world, float spacing, int threads)
 {
-    layOut(world);
+    layOut(world, spacing);
     const std::size_t count = m_places.size();
     m_direct.assign(count, {});
     m_sun.assign(count, 0);
@@ -192,7 +207,9 @@ void LightMap::bake(const World& world, int threads)
     std::vector<Vec3> leaving(count);
     for (int round = 0; round < 4; ++round) {
         for (std::size_t i = 0; i < count; ++i) {
-            const float sun = std::max(0.0f, m_sun[i]) * std::max(0.0f, dot(world.sky.toSun, m_places[i].normal));
+            // Indoors a sunny spot is so small and bright that few rays find it, and those leave stains.
+            const float sun = (world.outdoors ? 1.0f : 0.2f) * std::max(0.0f, m_sun[i]) *
+                              std::max(0.0f, dot(world.sky.toSun, m_places[i].normal));
             leaving[i] = m_places[i].albedo * (m_light[i] + world.sky.sun * sun);
         }
         parallelFor(count, 4096, threads, [&](std::size_t begin, std::size_t end) {
@@ -204,9 +221,41 @@ void LightMap::bake(const World& world, int threads)
             }
         });
     }
+    smooth();
     fillBuried();
+    lendToBuriedFaces();
     m_places = {};
     m_direct = {};
+}
+
+/// Evens out what came by way of other surfaces: it changes slowly, the rays that sampled it do not.
+void LightMap::smooth()
+{
+    std::vector<Vec3> indirect(m_light.size());
+    for (int pass = 0; pass < 3; ++pass) {
+        for (std::size_t i = 0; i < m_light.size(); ++i)
+            indirect[i] = m_light[i] - m_direct[i];
+        for (const Grid& grid : m_grids) {
+            for (int y = 0; y < grid.rows; ++y) {
+                for (int x = 0; x < grid.columns; ++x) {
+                    const auto at = [&](int dx, int dy) {
+                        return grid.first + static_cast<std::size_t>((y + dy) * grid.columns + x + dx);
+                    };
+                    if (m_sun[at(0, 0)] < 0) continue;
+                    Vec3 sum;
+                    float count = 0;
+                    for (int dy = y > 0 ? -1 : 0; dy <= (y + 1 < grid.rows ? 1 : 0); ++dy) {
+                        for (int dx = x > 0 ? -1 : 0; dx <= (x + 1 < grid.columns ? 1 : 0); ++dx) {
+                            if (m_sun[at(dx, dy)] < 0) continue;
+                            sum += indirect[at(dx, dy)];
+                            count += 1;
+                        }
+                    }
+                    m_light[at(0, 0)] = m_direct[at(0, 0)] + sum * (1 / count);
+                }
+            }
+        }
+    }
 }
 
 /// Buried nodes take over from their neighbours: between a poster and a door frame there may be wall to see
@@ -218,7 +267,8 @@ void LightMap::fillBuried()
         const int rows = grid.rows;
         std::vector<std::size_t> buried;
         for (int i = 0; i < columns * rows; ++i)
-            if (m_sun[grid.first + static_cast<std::size_t>(i)] < 0) buried.push_back(static_cast<std::size_t>(i));
+            if (m_sun[grid.first + static_cast<std::size_t>(i)] < 0)
+                buried.push_back(static_cast<std::size_t>(i));
         while (!buried.empty()) {
             struct Found
             {
@@ -236,7 +286,8 @@ void LightMap::fillBuried()
                 for (int dy = -1; dy <= 1; ++dy) {
                     for (int dx = -1; dx <= 1; ++dx) {
                         if (x + dx < 0 || x + dx >= columns || y + dy < 0 || y + dy >= rows) continue;
-                        const std::size_t other = grid.first + static_cast<std::size_t>((y + dy) * columns + x + dx);
+                        const std::size_t other =
+                            grid.first + static_cast<std::size_t>((y + dy) * columns + x + dx);
                         if (m_sun[other] < 0) continue;
                         sum.light += m_light[other];
                         sum.sun += m_sun[other];
@@ -251,12 +302,35 @@ void LightMap::fillBuried()
                 sum.sun /= count;
                 found.push_back(sum);
             }
-            if (found.empty()) break; // a face that nobody sees
+            if (found.empty()) break;
             for (const Found& f : found) {
                 m_light[grid.first + f.node] = f.light;
                 m_sun[grid.first + f.node] = f.sun;
             }
             buried.swap(rest);
+        }
+    }
+}
+
+/// A small face may show itself between nodes that are all buried: it gets the mean of its shape.
+void LightMap::lendToBuriedFaces()
+{
+    for (std::size_t shape = 0; shape + kFaces <= m_grids.size(); shape += kFaces) {
+        Vec3 sum;
+        float count = 0;
+        const std::size_t first = m_grids[shape].first;
+        const std::size_t end =
+            shape + kFaces < m_grids.size() ? m_grids[shape + kFaces].first : m_light.size();
+        for (std::size_t i = first; i < end; ++i) {
+            if (m_sun[i] < 0) continue;
+            sum += m_light[i];
+            count += 1;
+        }
+        const Vec3 mean = count > 0 ? sum * (0.6f / count) : Vec3{0.1f, 0.1f, 0.1f};
+        for (std::size_t i = first; i < end; ++i) {
+            if (m_sun[i] >= 0) continue;
+            m_light[i] = mean;
+            m_sun[i] = 0;
         }
     }
 }
@@ -277,7 +351,8 @@ Irradiance LightMap::at(const World& world, const Hit& hit) const
         high = std::max(high, m_sun[node]);
     };
     const auto interpolate = [&](int face, float share) {
-        const Grid& grid = m_grids[static_cast<std::size_t>(hit.shape) * kFaces + static_cast<std::size_t>(face)];
+        const Grid& grid =
+            m_grids[static_cast<std::size_t>(hit.shape) * kFaces + static_cast<std::size_t>(face)];
         const int axis = face / 2;
         const int u = axis == 0 ? 1 : 0;
         const int v = axis == 2 ? 1 : 2;

@@ -17,17 +17,18 @@ struct Hit;
 /// Light that falls on a point.
 struct Irradiance
 {
-    Vec3 soft;           ///< lamps, sky, other surfaces
-    float sunShare = 0;  ///< 0 to 1 of the points around that see the sun
+    Vec3 soft;            ///< lamps, sky, other surfaces
+    float sunShare = 0;   ///< 0 to 1 of the points around that see the sun
     bool sunEdge = false; ///< a shadow's edge is near: ask the sun itself
 };
 
-/// Radiosity (Goral et al. 1984) gathered at the nodes of a grid on every face: lamps and windows are sampled,
-/// one hemisphere of rays a node tells which surfaces it sees, and the light goes round four times.
+/// Radiosity (Goral et al. 1984) gathered at the nodes of a grid on every face: lamps and windows are
+/// sampled, one hemisphere of rays a node tells which surfaces it sees, and the light goes round four times.
 class LightMap
 {
 public:
-    void bake(const World& world, int threads);
+    /// @param spacing  metres between nodes; more where the place is large
+    void bake(const World& world, float spacing, int threads);
     Irradiance at(const World& world, const Hit& hit) const;
 
 private:
@@ -42,9 +43,11 @@ private:
         Vec3 point, normal, albedo;
         bool open = false; ///< not buried in another solid
     };
-    void layOut(const World& world);
+    void layOut(const World& world, float spacing);
     std::uint32_t nodeNear(const World& world, const Hit& hit) const;
+    void smooth();
     void fillBuried();
+    void lendToBuriedFaces();
     void gather(const World& world, std::size_t node, std::uint32_t* seen);
 
     float m_spacing = 0.1f;

@@ -7,7 +7,8 @@
 
 #include <cstdint>
 
-/// How surfaces look: colour as a function of the place on the surface, band-limited by the pixel's footprint.
+/// How surfaces look: colour as a function of the place on the surface, band-limited by the pixel's
+/// footprint.
 namespace samplescene {
 
 class Picture;
@@ -47,8 +48,8 @@ struct Material
 /// Where on a face a ray has hit.
 struct SurfacePoint
 {
-    Vec2 metres;     ///< own texture coordinates
-    Vec2 share;      ///< 0 to 1 over the face, from the top left as seen from outside
+    Vec2 metres;          ///< own texture coordinates
+    Vec2 share;           ///< 0 to 1 over the face, from the top left as seen from outside
     float faceHeight = 1; ///< metres, for the footprint within a picture
     float footprint = 0;  ///< metres that one pixel covers
 };

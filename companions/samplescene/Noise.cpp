@@ -45,7 +45,8 @@ float fractalNoise(Vec2 p, float wavelength, int octaves, float gain, float foot
         const float visible = clamp01(wavelength / (2 * footprint) - 0.5f);
         if (visible <= 0) break;
         const float f = 1 / wavelength;
-        sum += strength * visible * valueNoise({p.x * f, p.y * f}, seed + 0x632be5abU * static_cast<std::uint32_t>(i));
+        sum += strength * visible *
+               valueNoise({p.x * f, p.y * f}, seed + 0x632be5abU * static_cast<std::uint32_t>(i));
         strength *= gain;
         wavelength *= 0.5f;
     }

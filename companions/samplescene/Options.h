@@ -5,7 +5,8 @@
 
 #include <cstdint>
 
-/// What a made-up place and its panoramas are to be like. The defaults are a lived-in flat and a good scanner.
+/// What a made-up place and its panoramas are to be like. The defaults are a lived-in flat and a good
+/// scanner.
 namespace samplescene {
 
 enum class Kind
@@ -48,15 +49,19 @@ struct Options
     Texture texture = Texture::Rich;
     Nadir nadir = Nadir::Clear;
 
-    double pictureNoise = 1.5;     ///< standard deviation at mid-grey, in steps of 255
-    double interleavedNoise = 0.0; ///< even and odd columns differ by a random offset of this deviation, by row
+    double pictureNoise = 1.5; ///< standard deviation at mid-grey, in steps of 255
+    double interleavedNoise =
+        0.0; ///< even and odd columns differ by a random offset of this deviation, by row
 
     bool lidar = true;
     double rangeNoise_m = 0.006; ///< standard deviation along the ray
-    double rangeFill = 1.0;      ///< share of range pixels that are measured; less than 1: a comb, as of a coarser scan
+    double rangeFill =
+        1.0; ///< share of range pixels that are measured; less than 1: a comb, as of a coarser scan
     double dropOuts = 0.01;      ///< share of returns lost at random
     double maxRange_m = 40.0;    ///< no return from farther away
     double blindCone_deg = 20.0; ///< half angle of the cone below the scanner that it cannot see
+
+    double lightSpacing_m = 0.08; ///< between the points where the light is worked out; tests take it coarser
 
     int threads = 0; ///< 0: as many as the machine runs at once; has no influence on the result
 };

@@ -68,7 +68,8 @@ void house(Builder& b, const Frame& f, float width, float depth, int floors)
     tile.size = 0.3f;
     const int roof = b.material(tile);
     for (const float s : {-1.0f, 1.0f})
-        b.box(f, {0, depth / 2 + s * depth * 0.27f, height + 0.2f + depth * 0.16f}, {width + 0.3f, depth * 0.68f, 0.12f}, roof, 0, -s * 0.55f);
+        b.box(f, {0, depth / 2 + s * depth * 0.27f, height + 0.2f + depth * 0.16f},
+              {width + 0.3f, depth * 0.68f, 0.12f}, roof, 0, -s * 0.55f);
     const int columns = std::max(2, static_cast<int>(width / r.uniform(2.2f, 3.0f)));
     const int door = r.below(columns);
     const float w = r.uniform(0.9f, 1.4f);
@@ -95,11 +96,13 @@ void house(Builder& b, const Frame& f, float width, float depth, int floors)
         }
     }
     if (r.chance(0.6f)) { // a shop sign, a painted wall
-        const std::size_t s = b.box(f, {r.uniform(-0.2f, 0.2f) * width, -0.03f, storey + 0.05f}, {width * 0.5f, 0.1f, 0.5f}, rim);
+        const std::size_t s = b.box(f, {r.uniform(-0.2f, 0.2f) * width, -0.03f, storey + 0.05f},
+                                    {width * 0.5f, 0.1f, 0.5f}, rim);
         b.face(s, 2, b.print(Print::Text, 600, 80));
     }
     for (int i = 0; i < 2; ++i) {
-        const std::size_t s = b.box(f, {r.uniform(-0.45f, 0.45f) * width, -0.004f, r.uniform(0.9f, 1.6f)}, {0.7f, 0.02f, 0.9f}, rim);
+        const std::size_t s = b.box(f, {r.uniform(-0.45f, 0.45f) * width, -0.004f, r.uniform(0.9f, 1.6f)},
+                                    {0.7f, 0.02f, 0.9f}, rim);
         b.face(s, 2, b.print(r.chance(0.5f) ? Print::Poster : Print::Graffiti, 280, 360));
     }
 }
@@ -113,9 +116,12 @@ void tree(Builder& b, const Frame& f, float height)
     for (int i = 0; i < clumps; ++i) {
         const float a = 2.4f * static_cast<float>(i);
         const float level = (static_cast<float>(i) + 0.5f) / clumps;
-        const float out = height * 0.26f * std::sin(3.14159f * (0.15f + 0.75f * level)) * b.random.uniform(0.5f, 1.0f);
+        const float out =
+            height * 0.26f * std::sin(3.14159f * (0.15f + 0.75f * level)) * b.random.uniform(0.5f, 1.0f);
         const float size = height * b.random.uniform(0.09f, 0.16f);
-        const std::size_t s = b.ellipsoid(f, {out * std::cos(a), out * std::sin(a), height * (0.45f + 0.5f * level)}, {size, size, size * 0.8f}, green);
+        const std::size_t s =
+            b.ellipsoid(f, {out * std::cos(a), out * std::sin(a), height * (0.45f + 0.5f * level)},
+                        {size, size, size * 0.8f}, green);
         b.world().shapes[s].passage = Passage::Cutout;
     }
 }

@@ -52,7 +52,8 @@ void landscape(Picture& p, Area a, Random& random)
             Vec3 c = mix(sky, Vec3{0.85f, 0.85f, 0.85f}, v * 0.8f + 0.3f * valueNoise({u * 5, v * 14}, seed));
             for (int ridge = 0; ridge < 4; ++ridge) {
                 const auto r = static_cast<float>(ridge);
-                const float height = 0.4f + 0.14f * r + 0.12f * fractalNoise({u * (2 + r), r}, 1, 5, 0.5f, 0.002f, seed + 7);
+                const float height =
+                    0.4f + 0.14f * r + 0.12f * fractalNoise({u * (2 + r), r}, 1, 5, 0.5f, 0.002f, seed + 7);
                 if (v > height) {
                     const float grain = fractalNoise({u * 20, v * 40}, 1, 4, 0.6f, 0.01f, seed + 77);
                     c = mix(sky, land, 0.3f + 0.22f * r) * (1 + 0.5f * grain);
@@ -84,8 +85,8 @@ void collage(Picture& p, float w, float h, Random& random)
     const float cw = w / static_cast<float>(columns);
     const float ch = h / static_cast<float>(rows);
     for (int i = 0; i < columns * rows; ++i) {
-        const Area a{(static_cast<float>(i % columns) + 0.06f) * cw, (static_cast<float>(i / columns) + 0.06f) * ch,
-                     cw * 0.88f, ch * 0.88f};
+        const Area a{(static_cast<float>(i % columns) + 0.06f) * cw,
+                     (static_cast<float>(i / columns) + 0.06f) * ch, cw * 0.88f, ch * 0.88f};
         if (random.chance(0.5f)) {
             landscape(p, a, random);
         } else {
@@ -115,10 +116,12 @@ void map(Picture& p, float w, float h, Random& random)
     for (int i = 0; i < 40; ++i) {
         const Vec2 from{random.uniform() * w, random.uniform() * h};
         const Vec2 to{from.x + random.uniform(-0.4f, 0.4f) * w, from.y + random.uniform(-0.4f, 0.4f) * h};
-        p.line(from, to, random.uniform(1.0f, 4.0f), i % 4 ? Vec3{0.9f, 0.8f, 0.3f} : Vec3{0.7f, 0.15f, 0.1f});
+        p.line(from, to, random.uniform(1.0f, 4.0f),
+               i % 4 ? Vec3{0.9f, 0.8f, 0.3f} : Vec3{0.7f, 0.15f, 0.1f});
     }
     for (int i = 0; i < 25; ++i)
-        p.writing({random.uniform() * w, random.uniform() * h}, w * 0.1f, h * 0.018f, random.bits(), {0, 0, 0});
+        p.writing({random.uniform() * w, random.uniform() * h}, w * 0.1f, h * 0.018f, random.bits(),
+                  {0, 0, 0});
 }
 
 void screen(Picture& p, float w, float h, Random& random)
@@ -128,7 +131,8 @@ void screen(Picture& p, float w, float h, Random& random)
         const Area a{random.uniform(0, 0.5f) * w, random.uniform(0, 0.4f) * h, random.uniform(0.3f, 0.5f) * w,
                      random.uniform(0.4f, 0.55f) * h};
         const bool dark = random.chance(0.4f);
-        p.rectangle({a.x + a.w / 2, a.y + a.h / 2}, {a.w / 2, a.h / 2}, 0, dark ? Vec3{0.03f, 0.03f, 0.04f} : Vec3{0.9f, 0.9f, 0.9f});
+        p.rectangle({a.x + a.w / 2, a.y + a.h / 2}, {a.w / 2, a.h / 2}, 0,
+                    dark ? Vec3{0.03f, 0.03f, 0.04f} : Vec3{0.9f, 0.9f, 0.9f});
         p.rectangle({a.x + a.w / 2, a.y + h * 0.02f}, {a.w / 2, h * 0.02f}, 0, anyColor(random));
         lines(p, {a.x + a.w * 0.05f, a.y + h * 0.07f, a.w * 0.85f, a.h - h * 0.1f}, h * 0.022f, random,
               dark ? Vec3{0.5f, 0.8f, 0.5f} : Vec3{0.1f, 0.1f, 0.12f});
@@ -158,7 +162,8 @@ Picture paintPrint(Print kind, int width, int height, std::uint32_t seed)
     Random random(seed);
     const auto w = static_cast<float>(width);
     const auto h = static_cast<float>(height);
-    const bool paper = kind == Print::Text || kind == Print::Collage || kind == Print::Calendar || kind == Print::Map;
+    const bool paper =
+        kind == Print::Text || kind == Print::Collage || kind == Print::Calendar || kind == Print::Map;
     Picture p(width, height, paper ? Vec3{0.8f, 0.79f, 0.74f} : anyColor(random, 0.1f, 0.9f));
     switch (kind) {
     case Print::Poster:

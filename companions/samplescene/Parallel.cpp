@@ -21,7 +21,8 @@ void parallelFor(std::size_t count, std::size_t piece, int threads,
             work(begin, std::min(count, begin + piece));
         }
     };
-    const unsigned wanted = threads > 0 ? static_cast<unsigned>(threads) : std::thread::hardware_concurrency();
+    const unsigned wanted =
+        threads > 0 ? static_cast<unsigned>(threads) : std::thread::hardware_concurrency();
     std::vector<std::thread> helpers;
     for (unsigned i = 1; i < wanted && i * piece < count; ++i)
         helpers.emplace_back(loop);

@@ -26,7 +26,8 @@ Vec3 pixel(const std::uint8_t* p)
 
 } // namespace
 
-Picture::Picture(int width, int height, Vec3 color) : m_levels(1)
+Picture::Picture(int width, int height, Vec3 color)
+    : m_levels(1)
 {
     m_levels[0].width = width;
     m_levels[0].height = height;
@@ -40,7 +41,9 @@ void Picture::set(int x, int y, Vec3 color)
 {
     Level& l = m_levels[0];
     if (x < 0 || y < 0 || x >= l.width || y >= l.height) return;
-    std::uint8_t* p = &l.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(l.width) + static_cast<std::size_t>(x)) * 3];
+    std::uint8_t* p = &l.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(l.width) +
+                              static_cast<std::size_t>(x)) *
+                             3];
     p[0] = encode(color.x);
     p[1] = encode(color.y);
     p[2] = encode(color.z);
@@ -55,7 +58,8 @@ void Picture::rectangle(Vec2 center, Vec2 half, float angle, Vec3 color)
         for (int x = static_cast<int>(center.x - reach); x <= static_cast<int>(center.x + reach); ++x) {
             const float dx = static_cast<float>(x) + 0.5f - center.x;
             const float dy = static_cast<float>(y) + 0.5f - center.y;
-            if (std::fabs(c * dx + s * dy) <= half.x && std::fabs(c * dy - s * dx) <= half.y) set(x, y, color);
+            if (std::fabs(c * dx + s * dy) <= half.x && std::fabs(c * dy - s * dx) <= half.y)
+                set(x, y, color);
         }
     }
 }
@@ -104,7 +108,9 @@ void Picture::finish()
         for (int y = 0; y < small.height; ++y) {
             for (int x = 0; x < small.width; ++x) {
                 const std::uint8_t* top =
-                    &big.rgb[(static_cast<std::size_t>(2 * y) * static_cast<std::size_t>(big.width) + static_cast<std::size_t>(2 * x)) * 3];
+                    &big.rgb[(static_cast<std::size_t>(2 * y) * static_cast<std::size_t>(big.width) +
+                              static_cast<std::size_t>(2 * x)) *
+                             3];
                 const std::uint8_t* below = top + big.width * 3;
                 const Vec3 sum = pixel(top) + pixel(top + 3) + pixel(below) + pixel(below + 3);
                 small.rgb.push_back(encode(sum.x / 4));
@@ -125,7 +131,9 @@ Vec3 Picture::bilinear(const Level& l, Vec2 p)
     const auto at = [&](int x, int y) {
         x = std::clamp(x, 0, l.width - 1);
         y = std::clamp(y, 0, l.height - 1);
-        return pixel(&l.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(l.width) + static_cast<std::size_t>(x)) * 3]);
+        return pixel(&l.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(l.width) +
+                             static_cast<std::size_t>(x)) *
+                            3]);
     };
     const int x = static_cast<int>(bx);
     const int y = static_cast<int>(by);
@@ -139,7 +147,8 @@ Vec3 Picture::at(Vec2 p, float footprint) const
     const float clipped = std::min(level, last);
     const auto lower = static_cast<std::size_t>(clipped);
     const std::size_t upper = std::min(lower + 1, m_levels.size() - 1);
-    return mix(bilinear(m_levels[lower], p), bilinear(m_levels[upper], p), clipped - static_cast<float>(lower));
+    return mix(bilinear(m_levels[lower], p), bilinear(m_levels[upper], p),
+               clipped - static_cast<float>(lower));
 }
 
 Vec3 Picture::mean() const

@@ -52,7 +52,7 @@ enum class Print
     Text,      ///< a notice or the page of a book
     Calendar,
     Map,
-    Screen,  ///< windows of a desktop
+    Screen, ///< windows of a desktop
     Rug,
     Graffiti ///< loose strokes for a wall outdoors
 };

@@ -43,9 +43,11 @@ inline float unit(std::uint32_t h)
 class Random
 {
 public:
-    explicit Random(std::uint32_t seed) : m_state(hash(seed + 0x51ed27U)) {}
+    explicit Random(std::uint32_t seed)
+        : m_state(hash(seed + 0x51ed27U))
+    {}
     std::uint32_t bits() { return hash(m_state += 0x9e3779b9U); }
-    float uniform() { return unit(bits()); }                                    ///< [0, 1)
+    float uniform() { return unit(bits()); }                                        ///< [0, 1)
     float uniform(float low, float high) { return low + (high - low) * uniform(); } ///< [low, high)
     int below(int count) { return static_cast<int>(bits() % static_cast<std::uint32_t>(count)); }
     bool chance(float probability) { return uniform() < probability; }

@@ -8,7 +8,8 @@
 namespace samplescene {
 namespace {
 
-/// A coarser scan laid into the picture: every second column, of those the share of rows that makes up the fill.
+/// A coarser scan laid into the picture: every second column, of those the share of rows that makes up the
+/// fill.
 bool measured(double fill, RangePixel p)
 {
     if (fill >= 1) return true;
@@ -35,7 +36,8 @@ std::uint16_t measuredRange(const Options& options, RangePixel pixel, const Firs
 
     // A beam that straddles an edge comes back from both surfaces: a point in the air between them.
     const FirstReturn& other = *neighbours[draw % 4];
-    if (other.distance > 0 && std::fabs(other.distance - distance) > std::max(0.1f, 0.05f * distance) && unit(hash(draw, 3)) < 0.4f)
+    if (other.distance > 0 && std::fabs(other.distance - distance) > std::max(0.1f, 0.05f * distance) &&
+        unit(hash(draw, 3)) < 0.4f)
         distance = mix(distance, other.distance, unit(hash(draw, 4)));
 
     // The footprint of the beam stretches with the incidence, and its middle is less well known.

@@ -45,7 +45,9 @@ Vec3 RayTracer::shade(const Hit& hit, Vec3 direction, float footprint) const
     if (facing > 0 && light.sunShare > 0) {
         float share = light.sunShare;
         if (light.sunEdge)
-            share = m_world.bvh.blocked(hit.point + hit.normal * kStart, m_world.sky.toSun, 1e-4f, 300) ? 0.0f : 1.0f;
+            share = m_world.bvh.blocked(hit.point + hit.normal * kStart, m_world.sky.toSun, 1e-4f, 300)
+                        ? 0.0f
+                        : 1.0f;
         sum += m_world.sky.sun * (facing * share);
     }
     return albedo * sum;
@@ -74,7 +76,8 @@ RayResult RayTracer::follow(Vec3 origin, Vec3 direction, float pixelAngle, std::
             const Hit near = m_companions->trace(origin, direction, 1e-3f, hit.distance);
             if (near.shape >= 0) {
                 const float cosine = std::fabs(dot(near.normal, direction));
-                const Vec3 albedo = m_companions->colorAt(near, footprintAt(near.distance, pixelAngle, cosine));
+                const Vec3 albedo =
+                    m_companions->colorAt(near, footprintAt(near.distance, pixelAngle, cosine));
                 result.color = albedo * (0.35f + 0.2f * near.normal.z + 0.15f * cosine);
                 result.path = hash(0xc0ffeeU, static_cast<std::uint32_t>(near.shape * kFaces + near.face));
                 giveBack(near.distance, cosine, 0);
@@ -91,7 +94,8 @@ RayResult RayTracer::follow(Vec3 origin, Vec3 direction, float pixelAngle, std::
         const float cosine = std::fabs(dot(hit.normal, direction));
         const float footprint = footprintAt(way, pixelAngle, cosine);
         const Material& m = m_world.materialAt(hit);
-        if (m.look == Look::Mirror) { // the scanner's light comes back on the same way: a phantom behind the wall
+        if (m.look ==
+            Look::Mirror) { // the scanner's light comes back on the same way: a phantom behind the wall
             through = through * m.color;
             direction = mirrored(direction, hit.normal);
             origin = hit.point;
@@ -99,7 +103,10 @@ RayResult RayTracer::follow(Vec3 origin, Vec3 direction, float pixelAngle, std::
         }
         if (m.look == Look::Glass) {
             const float r = std::min(0.6f, fresnel(m.gloss, cosine));
-            if (r > 0.03f) result.color += through * (reflected(hit.point, mirrored(direction, hit.normal), footprint, pixelAngle) * r);
+            if (r > 0.03f)
+                result.color +=
+                    through *
+                    (reflected(hit.point, mirrored(direction, hit.normal), footprint, pixelAngle) * r);
             through = through * m.color * (1 - r);
             const float chance = unit(hash(lot, step));
             if (chance < 0.05f)
@@ -113,7 +120,10 @@ RayResult RayTracer::follow(Vec3 origin, Vec3 direction, float pixelAngle, std::
         float dark = 0;
         if (m.gloss > 0) {
             const float r = std::min(0.45f, fresnel(m.gloss, cosine));
-            if (r > 0.04f) color = color * (1 - r) + reflected(hit.point, mirrored(direction, hit.normal), footprint * 4, pixelAngle * 4) * r;
+            if (r > 0.04f)
+                color =
+                    color * (1 - r) +
+                    reflected(hit.point, mirrored(direction, hit.normal), footprint * 4, pixelAngle * 4) * r;
             // Off a polished surface the light goes elsewhere unless it falls in straight.
             dark = clamp01(m.gloss * 4) * (cosine > 0.97f ? 0.2f : 0.9f);
         }

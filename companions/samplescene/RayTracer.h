@@ -18,8 +18,8 @@ struct FirstReturn
 
 struct RayResult
 {
-    Vec3 color;              ///< linear light
-    std::uint32_t path = 0;  ///< equal for neighbours that see the same faces
+    Vec3 color;             ///< linear light
+    std::uint32_t path = 0; ///< equal for neighbours that see the same faces
     FirstReturn back;
 };
 
@@ -27,7 +27,10 @@ class RayTracer
 {
 public:
     /// @param companions  what travels with the camera and throws no shadow; may be null
-    RayTracer(const World& world, const World* companions) : m_world(world), m_companions(companions) {}
+    RayTracer(const World& world, const World* companions)
+        : m_world(world)
+        , m_companions(companions)
+    {}
 
     /// @param pixelAngle  radians that one pixel covers
     /// @param lot         random number that decides which pane gives a return of its own

@@ -10,7 +10,8 @@ namespace {
 
 void prints(Furnisher& f, int count)
 {
-    const Print kinds[] = {Print::Poster, Print::Landscape, Print::Collage, Print::Text, Print::Calendar, Print::Map, Print::Landscape};
+    const Print kinds[] = {Print::Poster,   Print::Landscape, Print::Collage,  Print::Text,
+                           Print::Calendar, Print::Map,       Print::Landscape};
     for (int i = 0; i < count; ++i) {
         const float width = f.b.random.uniform(0.3f, 0.95f);
         const float height = width * f.b.random.uniform(0.7f, 1.4f);
@@ -35,14 +36,16 @@ void bookcases(Furnisher& f, int count)
 {
     for (int i = 0; i < count; ++i) {
         const float width = f.b.random.uniform(0.7f, 1.2f);
-        if (const auto place = f.alongWall(width, 0.32f, 0.5f, true)) bookcase(f.b, *place, width, f.b.random.uniform(1.7f, 2.1f));
+        if (const auto place = f.alongWall(width, 0.32f, 0.5f, true))
+            bookcase(f.b, *place, width, f.b.random.uniform(1.7f, 2.1f));
     }
 }
 
 void boxes(Furnisher& f, int count)
 {
     for (int i = 0; i < count; ++i)
-        if (const auto place = f.alongWall(0.5f, 0.45f, 0.1f, false)) cardboardBoxes(f.b, place->at({0, 0.25f, 0}));
+        if (const auto place = f.alongWall(0.5f, 0.45f, 0.1f, false))
+            cardboardBoxes(f.b, place->at({0, 0.25f, 0}));
 }
 
 void living(Furnisher& f)
@@ -71,7 +74,8 @@ void bedroom(Furnisher& f, bool child)
             if (b.random.chance(0.7f)) sideboard(b, p->at({s * (width / 2 + 0.32f), 0, 0}), 0.45f, 0.5f);
     }
     const float closet = b.random.uniform(1.0f, 1.8f);
-    if (const auto p = f.alongWall(closet, 0.6f, 0.6f, true)) wardrobe(b, *p, closet, b.random.uniform(1.9f, 2.15f));
+    if (const auto p = f.alongWall(closet, 0.6f, 0.6f, true))
+        wardrobe(b, *p, closet, b.random.uniform(1.9f, 2.15f));
     if (child) {
         if (const auto p = f.alongWall(1.2f, 0.75f, 0.8f, false)) desk(b, *p, 1.1f, 1);
         bookcases(f, 1);
@@ -107,7 +111,8 @@ void dining(Furnisher& f)
         diningTable(b, *p, 1.8f, 0.9f);
     }
     for (int i = 0; i < 2; ++i)
-        if (const auto p = f.alongWall(1.4f, 0.45f, 0.5f, false)) sideboard(b, *p, 1.3f, b.random.uniform(0.8f, 1.4f));
+        if (const auto p = f.alongWall(1.4f, 0.45f, 0.5f, false))
+            sideboard(b, *p, 1.3f, b.random.uniform(0.8f, 1.4f));
     plants(f, 2);
 }
 
@@ -118,7 +123,8 @@ void bath(Furnisher& f)
     if (const auto p = f.alongWall(0.7f, 0.5f, 0.5f, true)) washbasin(b, *p);
     if (const auto p = f.alongWall(0.6f, 0.68f, 0.4f, false)) toilet(b, *p);
     if (const auto p = f.alongWall(0.5f, 0.42f, 0.3f, true)) sideboard(b, *p, 0.45f, 1.5f);
-    if (const auto p = f.onFloor(0.9f, 0.6f, 0.1f)) b.standing(*p, {0, 0, 0}, {0.9f, 0.6f, 0.015f}, b.print(Print::Rug, 256, 170));
+    if (const auto p = f.onFloor(0.9f, 0.6f, 0.1f))
+        b.standing(*p, {0, 0, 0}, {0.9f, 0.6f, 0.015f}, b.print(Print::Rug, 256, 170));
 }
 
 void study(Furnisher& f, int desks)
@@ -127,7 +133,8 @@ void study(Furnisher& f, int desks)
     for (int i = 0; i < desks; ++i)
         if (const auto p = f.alongWall(1.6f, 0.78f, 0.8f, false)) desk(b, *p, 1.5f, 1 + b.random.below(2));
     bookcases(f, desks > 1 ? 1 : 2);
-    if (const auto p = f.alongWall(1.0f, 0.45f, 0.5f, false)) sideboard(b, *p, 0.9f, b.random.uniform(0.7f, 1.2f));
+    if (const auto p = f.alongWall(1.0f, 0.45f, 0.5f, false))
+        sideboard(b, *p, 0.9f, b.random.uniform(0.7f, 1.2f));
     if (const auto p = f.onWall(0.95f, 0.3f, 1.75f)) wallShelf(b, *p, 0.9f);
     boxes(f, 1);
     plants(f, 1);
@@ -158,7 +165,9 @@ void lighting(Furnisher& f, bool office)
 {
     Builder& b = f.b;
     const RoomSpace& s = f.space;
-    const int model = office ? 2 : s.room->use == RoomUse::Hall || s.room->use == RoomUse::Bath ? 1 : b.random.below(2);
+    const int model = office                                                         ? 2
+                      : s.room->use == RoomUse::Hall || s.room->use == RoomUse::Bath ? 1
+                                                                                     : b.random.below(2);
     // From a dim bedroom to a bright kitchen: the rooms differ by two stops.
     const float level = b.random.uniform(0.6f, 1.6f);
     const int along = std::max(1, static_cast<int>(s.width / (office ? 2.6f : 4.0f) + 0.3f));

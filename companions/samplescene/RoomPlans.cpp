@@ -112,7 +112,8 @@ FloorPlan layOut(const Layout& layout, Random& random)
             Row& row = rows[static_cast<std::size_t>(2 * wing + i % 2)];
             // Identical rooms stand in the same row, where they have the same depth, apart from its ends.
             const bool twin = twins > 0 && i % 2 == 0 && made + 1 < layout.rooms;
-            const RoomUse use = twin ? layout.identicalUse : layout.cycle[static_cast<std::size_t>(made) % layout.cycle.size()];
+            const RoomUse use = twin ? layout.identicalUse
+                                     : layout.cycle[static_cast<std::size_t>(made) % layout.cycle.size()];
             row.uses.push_back(use);
             row.twins.push_back(twin ? 0 : -1);
             const float usual = layout.equalWidth > 0 ? layout.equalWidth : usualWidth(use, random);
@@ -234,7 +235,8 @@ void openWalls(FloorPlan& plan, const Options& options, Random& random)
             if (open && !twin && length > 2.6f)
                 add({Opening::Passage, length * random.uniform(0.4f, 0.6f), 1.6f, 0, 2.15f, false, true, -1});
         }
-        std::sort(w.openings.begin(), w.openings.end(), [](const Opening& l, const Opening& r) { return l.middle < r.middle; });
+        std::sort(w.openings.begin(), w.openings.end(),
+                  [](const Opening& l, const Opening& r) { return l.middle < r.middle; });
     }
 }
 

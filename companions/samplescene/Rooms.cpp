@@ -12,9 +12,11 @@ namespace {
 std::vector<Zone> buildRooms(const Options& options, bool second, World& world)
 {
     Random planning(hash(options.seed, 0x91a2U, static_cast<std::uint32_t>(options.kind)));
-    const FloorPlan plan = options.kind == Kind::Office ? planOffice(options, planning) : planFlat(options, planning);
+    const FloorPlan plan =
+        options.kind == Kind::Office ? planOffice(options, planning) : planFlat(options, planning);
     const auto contrastOf = [&](std::size_t room) {
-        const bool plain = options.texture == Texture::Plain || (options.texture == Texture::Mixed && room % 2 == 1);
+        const bool plain =
+            options.texture == Texture::Plain || (options.texture == Texture::Mixed && room % 2 == 1);
         return plain ? 0.25f : 1.0f;
     };
     Builder b(world, hash(options.seed, 0xb11dU), 1);
@@ -24,7 +26,8 @@ std::vector<Zone> buildRooms(const Options& options, bool second, World& world)
     const std::uint32_t common = planning.bits();
     const auto seedOf = [&](std::size_t room) {
         const int twin = plan.rooms[room].twin;
-        return hash(common, twin >= 0 ? 0x7214U + static_cast<std::uint32_t>(twin) : static_cast<std::uint32_t>(room));
+        return hash(common, twin >= 0 ? 0x7214U + static_cast<std::uint32_t>(twin)
+                                      : static_cast<std::uint32_t>(room));
     };
     std::vector<RoomFinish> finishes;
     int twinFinish = -1;
@@ -32,7 +35,8 @@ std::vector<Zone> buildRooms(const Options& options, bool second, World& world)
         b.reseed(hash(seedOf(i), 1));
         b.setContrast(contrastOf(i));
         const bool twin = plan.rooms[i].twin >= 0;
-        finishes.push_back(twin && twinFinish >= 0 ? finishes[static_cast<std::size_t>(twinFinish)] : finishOf(b, plan.rooms[i]));
+        finishes.push_back(twin && twinFinish >= 0 ? finishes[static_cast<std::size_t>(twinFinish)]
+                                                   : finishOf(b, plan.rooms[i]));
         if (twin && twinFinish < 0) twinFinish = static_cast<int>(i);
     }
     b.reseed(hash(common, 0x5e11U));
@@ -49,7 +53,8 @@ std::vector<Zone> buildRooms(const Options& options, bool second, World& world)
         furnish(b, space, contrastOf(i) < 0.5f, mirrors.chance(static_cast<float>(options.mirrors)));
         const Room& r = plan.rooms[i];
         Zone zone{r.name, r.x0, r.y0, r.x1, r.y1};
-        const auto same = std::count_if(zones.begin(), zones.end(), [&](const Zone& z) { return z.name.rfind(r.name, 0) == 0; });
+        const auto same = std::count_if(zones.begin(), zones.end(),
+                                        [&](const Zone& z) { return z.name.rfind(r.name, 0) == 0; });
         if (same > 0) zone.name += " " + std::to_string(same + 1);
         zones.push_back(zone);
         x0 = std::min(x0, r.x0);
@@ -66,7 +71,8 @@ std::vector<Zone> buildRooms(const Options& options, bool second, World& world)
 std::vector<Zone> buildPlace(const Options& options, bool second, World& world)
 {
     world.sky.seed = hash(options.seed, 0x5c1U);
-    return options.kind == Kind::Street ? buildStreet(options, second, world) : buildRooms(options, second, world);
+    return options.kind == Kind::Street ? buildStreet(options, second, world)
+                                        : buildRooms(options, second, world);
 }
 
 } // namespace samplescene

@@ -20,12 +20,12 @@ Scene makeScene(const Options& options)
     scene.options = options;
     const auto first = std::make_shared<World>();
     const std::vector<Zone> zones = buildPlace(options, false, *first);
-    first->finish(options.threads);
+    first->finish(static_cast<float>(options.lightSpacing_m), options.threads);
     scene.worlds = {first, first};
     if (options.movedFurniture > 0) {
         const auto later = std::make_shared<World>();
         buildPlace(options, true, *later);
-        later->finish(options.threads);
+        later->finish(static_cast<float>(options.lightSpacing_m), options.threads);
         scene.worlds[1] = later;
     }
     scene.stations = chooseStations(options, zones, *scene.worlds[0], *scene.worlds[1]);

@@ -14,17 +14,17 @@
 
 /// A made-up building with panoramas in it whose every pose is known. For tests and for trying things out.
 ///
-/// Frames: the world is right-handed, z up, metres, the floor at z = 0 indoors. A panorama's x points to azimuth
-/// 0 (the middle column of its picture), y to azimuth +pi/2 (left of it), z to the upper pole.
+/// Frames: the world is right-handed, z up, metres, the floor at z = 0 indoors. A panorama's x points to
+/// azimuth 0 (the middle column of its picture), y to azimuth +pi/2 (left of it), z to the upper pole.
 namespace samplescene {
 
 /// Where one panorama was taken.
 struct Station
 {
-    std::string id;                      ///< 14 letters A-Z, unique
-    std::array<double, 3> position{};    ///< world, metres
-    std::array<double, 9> rotation{};    ///< row by row; X_world = rotation * X_panorama + position
-    double cameraHeight = 0;             ///< metres above what the stand is on
+    std::string id;                   ///< 14 letters A-Z, unique
+    std::array<double, 3> position{}; ///< world, metres
+    std::array<double, 9> rotation{}; ///< row by row; X_world = rotation * X_panorama + position
+    double cameraHeight = 0;          ///< metres above what the stand is on
     std::string room;
     int state = 0;       ///< 0: furniture as at first; 1: as moved before the second half
     double exposure = 0; ///< stops
@@ -42,11 +42,11 @@ struct Scene
 /// What two panoramas can see of each other.
 struct Sight
 {
-    double distance = 0;      ///< metres between the cameras
-    bool eyeFree = false;     ///< nothing, not even glass, between the cameras
-    bool footFree = false;    ///< each sees the floor below the other
+    double distance = 0;       ///< metres between the cameras
+    bool eyeFree = false;      ///< nothing, not even glass, between the cameras
+    bool footFree = false;     ///< each sees the floor below the other
     bool throughGlass = false; ///< the cameras see each other through panes only
-    double shareOf0 = 0;      ///< share of what panorama 0 sees that panorama 1 sees too, 0 to 1
+    double shareOf0 = 0;       ///< share of what panorama 0 sees that panorama 1 sees too, 0 to 1
     double shareOf1 = 0;
     bool sees() const { return eyeFree || footFree; }
 };

@@ -63,8 +63,11 @@ bool intersectCylinder(const Shape& s, Vec3 o, Vec3 d, float nearest, float* dis
 /// Foliage: the ellipsoid's skin has holes of leaf size, fixed to the shape.
 bool hole(const Shape& s, Vec3 p)
 {
-    const auto cell = [](float v) { return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::floor(v * 16))); };
-    const auto own = static_cast<std::uint32_t>(static_cast<std::int32_t>(s.center.x * 977 + s.center.z * 331));
+    const auto cell = [](float v) {
+        return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::floor(v * 16)));
+    };
+    const auto own =
+        static_cast<std::uint32_t>(static_cast<std::int32_t>(s.center.x * 977 + s.center.z * 331));
     return hash(cell(p.x) * 73U + own, cell(p.y), cell(p.z)) % 100 < 45;
 }
 
@@ -101,7 +104,8 @@ Vec3 Shape::extent() const
     if (aligned) return half;
     Vec3 e;
     for (int i = 0; i < 3; ++i)
-        e[i] = std::fabs(axis[0][i]) * half.x + std::fabs(axis[1][i]) * half.y + std::fabs(axis[2][i]) * half.z;
+        e[i] =
+            std::fabs(axis[0][i]) * half.x + std::fabs(axis[1][i]) * half.y + std::fabs(axis[2][i]) * half.z;
     return e;
 }
 
@@ -142,7 +146,8 @@ Vec3 normalAt(const Shape& shape, int face, Vec3 local)
         return shape.turnToWorld(
             normalized({local.x / (h.x * h.x), local.y / (h.y * h.y), local.z / (h.z * h.z)}));
     }
-    if (shape.kind == Shape::Cylinder && face == 0) return shape.turnToWorld(normalized({local.x, local.y, 0}));
+    if (shape.kind == Shape::Cylinder && face == 0)
+        return shape.turnToWorld(normalized({local.x, local.y, 0}));
     Vec3 n;
     n[face / 2] = face % 2 ? 1.0f : -1.0f;
     return shape.turnToWorld(n);

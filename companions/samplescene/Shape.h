@@ -29,11 +29,11 @@ struct Shape
         Ellipsoid
     };
     Vec3 center;
-    Vec3 half;               ///< half sizes along the own axes, metres
+    Vec3 half; ///< half sizes along the own axes, metres
     std::array<Vec3, 3> axis = {Vec3{1, 0, 0}, Vec3{0, 1, 0}, Vec3{0, 0, 1}}; ///< own axes in the world
     Kind kind = Box;
     Passage passage = Passage::Opaque;
-    bool aligned = true;     ///< own axes are the world's
+    bool aligned = true; ///< own axes are the world's
     std::uint8_t unused = 0;
 
     Vec3 toLocal(Vec3 world) const
@@ -51,8 +51,8 @@ struct Shape
 };
 static_assert(sizeof(Shape) == 64, "traversal reads one cache line a shape");
 
-/// Faces of a box: -x, +x, -y, +y, -z, +z. A cylinder's side is face 0, its ends are 4 and 5; an ellipsoid has
-/// only face 0.
+/// Faces of a box: -x, +x, -y, +y, -z, +z. A cylinder's side is face 0, its ends are 4 and 5; an ellipsoid
+/// has only face 0.
 constexpr int kFaces = 6;
 
 /// Nearest entry into the shape beyond `nearest` and before `*distance`. Rays that start inside hit nothing.

@@ -14,11 +14,15 @@ constexpr float kHalfPi = 1.57079633f;
 class WallBuilder
 {
 public:
-    WallBuilder(Builder& builder, const Wall& wall) : m_builder(builder), m_wall(wall) {}
+    WallBuilder(Builder& builder, const Wall& wall)
+        : m_builder(builder)
+        , m_wall(wall)
+    {}
 
     Vec3 point(float a, float d, float z) const
     {
-        return m_wall.alongX ? Vec3{m_wall.from + a, m_wall.line + d, z} : Vec3{m_wall.line + d, m_wall.from + a, z};
+        return m_wall.alongX ? Vec3{m_wall.from + a, m_wall.line + d, z}
+                             : Vec3{m_wall.line + d, m_wall.from + a, z};
     }
     std::size_t box(float a0, float a1, float d0, float d1, float z0, float z1, int material)
     {
@@ -38,8 +42,8 @@ struct Trim
 };
 
 /// Both halves of a piece of wall, each in its own room's colour.
-void masonry(Builder& b, const FloorPlan& plan, const Wall& w, const std::vector<RoomFinish>& finishes, int facade,
-             float a0, float a1, float z0, float z1)
+void masonry(Builder& b, const FloorPlan& plan, const Wall& w, const std::vector<RoomFinish>& finishes,
+             int facade, float a0, float a1, float z0, float z1)
 {
     if (a1 - a0 < 1e-3f || z1 - z0 < 1e-3f) return;
     WallBuilder at(b, w);
@@ -96,7 +100,9 @@ void windowFrame(Builder& b, const Wall& w, const Opening& o, const Trim& trim)
     const float t = w.thickness() / 2;
     const float a0 = o.middle - o.width / 2;
     const float a1 = o.middle + o.width / 2;
-    const auto bar = [&](float b0, float b1, float z0, float z1) { at.box(b0, b1, -0.035f, 0.035f, z0, z1, trim.frame); };
+    const auto bar = [&](float b0, float b1, float z0, float z1) {
+        at.box(b0, b1, -0.035f, 0.035f, z0, z1, trim.frame);
+    };
     bar(a0, a0 + 0.06f, o.bottom, o.top);
     bar(a1 - 0.06f, a1, o.bottom, o.top);
     bar(a0, a1, o.bottom, o.bottom + 0.06f);
@@ -105,7 +111,8 @@ void windowFrame(Builder& b, const Wall& w, const Opening& o, const Trim& trim)
     const std::size_t pane = at.box(a0, a1, -0.004f, 0.004f, o.bottom, o.top, trim.glass);
     b.world().shapes[pane].passage = Passage::Glass;
     const float inward = w.low < 0 ? 1.0f : -1.0f;
-    at.box(a0 - 0.06f, a1 + 0.06f, inward > 0 ? 0.035f : -t - 0.1f, inward > 0 ? t + 0.1f : -0.035f, o.bottom - 0.03f, o.bottom, trim.sill);
+    at.box(a0 - 0.06f, a1 + 0.06f, inward > 0 ? 0.035f : -t - 0.1f, inward > 0 ? t + 0.1f : -0.035f,
+           o.bottom - 0.03f, o.bottom, trim.sill);
     Portal portal;
     portal.center = at.point(o.middle, inward * 0.05f, (o.bottom + o.top) / 2);
     portal.sideways = at.point(o.middle + o.width / 2, 0, 0) - at.point(o.middle, 0, 0);
@@ -229,7 +236,8 @@ void buildShell(Builder& b, const FloorPlan& plan, const std::vector<RoomFinish>
 {
     Trim trim;
     trim.frame = b.paint({0.75f, 0.74f, 0.7f}, 0.3f);
-    trim.leaf = office || b.random.chance(0.5f) ? b.wood({0.42f, 0.27f, 0.14f}) : b.paint({0.72f, 0.71f, 0.67f}, 0.4f);
+    trim.leaf = office || b.random.chance(0.5f) ? b.wood({0.42f, 0.27f, 0.14f})
+                                                : b.paint({0.72f, 0.71f, 0.67f}, 0.4f);
     trim.handle = b.metal({0.45f, 0.45f, 0.45f});
     Material glass;
     glass.look = Look::Glass;
@@ -276,7 +284,8 @@ void buildShell(Builder& b, const FloorPlan& plan, const std::vector<RoomFinish>
             }
             a = a1;
         }
-        masonry(b, plan, w, finishes, facade, a, length + (w.endsTo && w.outer() ? reach : 0), 0, plan.height);
+        masonry(b, plan, w, finishes, facade, a, length + (w.endsTo && w.outer() ? reach : 0), 0,
+                plan.height);
     }
 }
 

@@ -19,7 +19,8 @@ struct RoomSpace
     float width = 0, depth = 0, height = 0; ///< metres between the wall faces
     struct Gap
     {
-        float from, to; ///< along the side, to the right as seen facing the wall's middle from outside the room
+        float from,
+            to; ///< along the side, to the right as seen facing the wall's middle from outside the room
         bool window;
     };
     std::vector<Gap> gaps[4];
@@ -41,6 +42,7 @@ struct RoomFinish
 RoomFinish finishOf(Builder& builder, const Room& room);
 
 /// Puts up the whole body. `finishes` has one entry for each room of the plan.
-void buildShell(Builder& builder, const FloorPlan& plan, const std::vector<RoomFinish>& finishes, bool office);
+void buildShell(Builder& builder, const FloorPlan& plan, const std::vector<RoomFinish>& finishes,
+                bool office);
 
 } // namespace samplescene

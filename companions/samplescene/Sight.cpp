@@ -9,7 +9,8 @@ namespace {
 
 Vec3 eyeOf(const Station& s)
 {
-    return {static_cast<float>(s.position[0]), static_cast<float>(s.position[1]), static_cast<float>(s.position[2])};
+    return {static_cast<float>(s.position[0]), static_cast<float>(s.position[1]),
+            static_cast<float>(s.position[2])};
 }
 
 Vec3 footOf(const Station& s)
@@ -18,8 +19,8 @@ Vec3 footOf(const Station& s)
     return {eye.x, eye.y, eye.z - static_cast<float>(s.cameraHeight) + 0.03f};
 }
 
-/// Share of the surfaces around station `a` that station `b` sees as well, from directions spread evenly over the
-/// sphere (Fibonacci spiral). Places that moved furniture or a change of state hides count as unseen.
+/// Share of the surfaces around station `a` that station `b` sees as well, from directions spread evenly over
+/// the sphere (Fibonacci spiral). Places that moved furniture or a change of state hides count as unseen.
 double shareSeen(const Scene& scene, int a, int b)
 {
     constexpr int kDirections = 3000;
@@ -41,7 +42,8 @@ double shareSeen(const Scene& scene, int a, int b)
         if (hit.shape < 0 || world.materialAt(hit).look == Look::Mirror) continue;
         ++all;
         const Vec3 way = to - hit.point;
-        if (dot(way, hit.normal) > 0 && !other.bvh.blocked(hit.point + hit.normal * 2e-3f, way, 1e-4f, 1)) ++seen;
+        if (dot(way, hit.normal) > 0 && !other.bvh.blocked(hit.point + hit.normal * 2e-3f, way, 1e-4f, 1))
+            ++seen;
         if (k == kFirstLook && seen == 0) break;
     }
     return all > 0 ? static_cast<double>(seen) / all : 0.0;

@@ -37,7 +37,8 @@ bool standable(const World& world, Candidate& c)
         if (world.bvh.inside({c.x, c.y, z})) return false;
         for (int i = 0; i < 12; ++i) {
             const float a = static_cast<float>(i) * 0.5235988f;
-            if (world.bvh.blocked({c.x, c.y, z}, {std::cos(a), std::sin(a), 0}, 1e-4f, 0.4f, true)) return false;
+            if (world.bvh.blocked({c.x, c.y, z}, {std::cos(a), std::sin(a), 0}, 1e-4f, 0.4f, true))
+                return false;
         }
     }
     return true;
@@ -55,7 +56,8 @@ bool inSight(const World& world, const Candidate& a, const Candidate& b)
     return true;
 }
 
-std::vector<Candidate> candidates(const std::vector<Zone>& zones, const World& first, const World& later, Random& random)
+std::vector<Candidate> candidates(const std::vector<Zone>& zones, const World& first, const World& later,
+                                  Random& random)
 {
     std::vector<Candidate> list;
     for (std::size_t z = 0; z < zones.size(); ++z) {
@@ -84,7 +86,8 @@ void findSights(const World& first, const World& later, std::vector<Candidate>& 
                 if (i == j || d > kFarthest || d < 0.3f) continue;
                 const Candidate& a = list[std::min(i, j)]; // the same answer from either end
                 const Candidate& b = list[std::max(i, j)];
-                if (inSight(first, a, b) && (&first == &later || inSight(later, a, b))) list[i].sees.push_back(j);
+                if (inSight(first, a, b) && (&first == &later || inSight(later, a, b)))
+                    list[i].sees.push_back(j);
             }
         }
     });
@@ -120,7 +123,8 @@ Station stationAt(const Options& options, const Candidate& c, const std::string&
     s.room = room;
     s.state = options.movedFurniture > 0 && static_cast<int>(index) >= (options.count + 1) / 2 ? 1 : 0;
     s.cameraHeight = 1.5 + 0.1 * static_cast<double>(random.uniform());
-    s.position = {static_cast<double>(c.x), static_cast<double>(c.y), static_cast<double>(c.ground) + s.cameraHeight};
+    s.position = {static_cast<double>(c.x), static_cast<double>(c.y),
+                  static_cast<double>(c.ground) + s.cameraHeight};
     s.exposure = options.exposureSteps * (2 * static_cast<double>(random.uniform()) - 1);
     const double heading = kTurn * (static_cast<double>(random.uniform()) - 0.5);
     const double lean = options.lean_deg * kTurn / 360;
@@ -141,8 +145,8 @@ Station stationAt(const Options& options, const Candidate& c, const std::string&
 
 } // namespace
 
-std::vector<Station> chooseStations(const Options& options, const std::vector<Zone>& zones, const World& first,
-                                    const World& later)
+std::vector<Station> chooseStations(const Options& options, const std::vector<Zone>& zones,
+                                    const World& first, const World& later)
 {
     Random random(hash(options.seed, 0xca3e7aU));
     std::vector<Candidate> list = candidates(zones, first, later, random);
@@ -170,8 +174,10 @@ std::vector<Station> chooseStations(const Options& options, const std::vector<Zo
                 const float area = (zone.x1 - zone.x0) * (zone.y1 - zone.y0);
                 if (taken[c.zone] == 0) score += 2.5f;
                 score -= 6.0f * static_cast<float>(taken[c.zone]) / std::max(4.0f, area);
-                if (c.seen == 0) score -= 50; // only where shut doors leave no other way
-                else score -= 0.6f * std::fabs(c.nearest - good);
+                if (c.seen == 0)
+                    score -= 50; // only where shut doors leave no other way
+                else
+                    score -= 0.6f * std::fabs(c.nearest - good);
                 score += 0.3f * static_cast<float>(std::min(c.seen, 3));
                 score += 1.3f * static_cast<float>(roomsOpened(list, c, taken, inReach));
                 if (c.closest < 1.2f) score -= 4 * (1.2f - c.closest) + 2;
@@ -184,7 +190,8 @@ std::vector<Station> chooseStations(const Options& options, const std::vector<Zo
         if (!best) break;
         best->chosen = true;
         ++taken[best->zone];
-        stations.push_back(stationAt(options, *best, zones[best->zone].name, static_cast<std::uint32_t>(stations.size())));
+        stations.push_back(
+            stationAt(options, *best, zones[best->zone].name, static_cast<std::uint32_t>(stations.size())));
         for (Candidate& c : list)
             c.closest = std::min(c.closest, std::hypot(c.x - best->x, c.y - best->y));
         for (const std::size_t j : best->sees) {

@@ -9,9 +9,9 @@
 /// Chooses where the camera stands.
 namespace samplescene {
 
-/// Stations on free floor, each in sight of an earlier one as long as the doors allow it; rooms without a station
-/// come first, then the emptier ones.
-std::vector<Station> chooseStations(const Options& options, const std::vector<Zone>& zones, const World& first,
-                                    const World& later);
+/// Stations on free floor, each in sight of an earlier one as long as the doors allow it; rooms without a
+/// station come first, then the emptier ones.
+std::vector<Station> chooseStations(const Options& options, const std::vector<Zone>& zones,
+                                    const World& first, const World& later);
 
 } // namespace samplescene

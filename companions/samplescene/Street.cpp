@@ -14,7 +14,7 @@ std::vector<Zone> buildStreet(const Options& options, bool second, World& world)
     world.outdoors = true;
     world.sky.toSun = normalized({b.random.uniform(-0.6f, 0.6f), b.random.uniform(-0.5f, 0.5f), 0.8f});
     const float length = std::max(40.0f, static_cast<float>(options.count) * 4.5f);
-    const float half = 4.0f;      // carriageway
+    const float half = 4.0f; // carriageway
     const float pavement = 2.6f;
     const float front = half + pavement;
 
@@ -107,7 +107,10 @@ void buildSurroundings(World& world, std::uint32_t seed, float x0, float y0, flo
         }
         for (int i = 0; i < 4; ++i) {
             const float x = mix(x0 - 8, x1 + 8, b.random.uniform());
-            tree(b, {{x, s > 0 ? y1 + b.random.uniform(5.0f, 11.0f) : y0 - b.random.uniform(5.0f, 11.0f), -0.4f}, 0}, b.random.uniform(4.0f, 7.0f));
+            tree(b,
+                 {{x, s > 0 ? y1 + b.random.uniform(5.0f, 11.0f) : y0 - b.random.uniform(5.0f, 11.0f), -0.4f},
+                  0},
+                 b.random.uniform(4.0f, 7.0f));
         }
     }
 }

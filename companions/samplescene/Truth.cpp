@@ -37,7 +37,8 @@ Json optionsOf(const Options& o)
             {"range_fill", o.rangeFill},
             {"drop_outs", o.dropOuts},
             {"max_range_m", o.maxRange_m},
-            {"blind_cone_deg", o.blindCone_deg}};
+            {"blind_cone_deg", o.blindCone_deg},
+            {"light_spacing_m", o.lightSpacing_m}};
 }
 
 } // namespace

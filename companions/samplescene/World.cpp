@@ -21,10 +21,10 @@ Vec3 Sky::color(Vec3 d) const
     return c;
 }
 
-void World::finish(int threads)
+void World::finish(float lightSpacing_m, int threads)
 {
     bvh.build(shapes);
-    light.bake(*this, threads);
+    light.bake(*this, lightSpacing_m, threads);
 }
 
 Hit World::trace(Vec3 origin, Vec3 direction, float nearest, float farthest, bool seesGlass) const
@@ -46,7 +46,8 @@ Hit World::trace(Vec3 origin, Vec3 direction, float nearest, float farthest, boo
 
 const Material& World::materialAt(const Hit& hit) const
 {
-    return materials[surfaces[static_cast<std::size_t>(hit.shape)].material[static_cast<std::size_t>(hit.face)]];
+    return materials[surfaces[static_cast<std::size_t>(hit.shape)]
+                         .material[static_cast<std::size_t>(hit.face)]];
 }
 
 Vec3 World::colorAt(const Hit& hit, float footprint) const

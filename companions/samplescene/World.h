@@ -25,7 +25,7 @@ struct Surface
 struct Lamp
 {
     Vec3 position;
-    Vec3 power;         ///< irradiance that it gives at 1 m
+    Vec3 power;          ///< irradiance that it gives at 1 m
     float radius = 0.1f; ///< metres
 };
 
@@ -69,7 +69,7 @@ struct World
     LightMap light;
 
     /// To be called once, when everything stands: builds the hierarchy and the light.
-    void finish(int threads);
+    void finish(float lightSpacing_m, int threads);
 
     Hit trace(Vec3 origin, Vec3 direction, float nearest, float farthest, bool seesGlass = true) const;
     const Material& materialAt(const Hit& hit) const;

@@ -15,14 +15,17 @@ namespace {
 class PictureRows : public pnomaker::RowSource
 {
 public:
-    explicit PictureRows(const Rendering& picture) : m_picture(picture) {}
+    explicit PictureRows(const Rendering& picture)
+        : m_picture(picture)
+    {}
     int width() const override { return m_picture.width; }
     int height() const override { return m_picture.height; }
     bool readRows(std::uint8_t* rgb, int count) override
     {
         if (count > m_picture.height - m_row) return false;
         const std::size_t stride = static_cast<std::size_t>(m_picture.width) * 3;
-        std::memcpy(rgb, &m_picture.rgb[static_cast<std::size_t>(m_row) * stride], static_cast<std::size_t>(count) * stride);
+        std::memcpy(rgb, &m_picture.rgb[static_cast<std::size_t>(m_row) * stride],
+                    static_cast<std::size_t>(count) * stride);
         m_row += count;
         return true;
     }
@@ -44,13 +47,14 @@ std::string writeBytes(const std::string& head, const char* bytes, std::size_t c
 
 std::string netpbmHead(const char* magic, const Rendering& picture, int most)
 {
-    return std::string(magic) + "\n" + std::to_string(picture.width) + " " + std::to_string(picture.height) + "\n" +
-           std::to_string(most) + "\n";
+    return std::string(magic) + "\n" + std::to_string(picture.width) + " " + std::to_string(picture.height) +
+           "\n" + std::to_string(most) + "\n";
 }
 
 } // namespace
 
-std::string writePanorama(const Station& station, int number, const Rendering& picture, const std::string& path)
+std::string writePanorama(const Station& station, int number, const Rendering& picture,
+                          const std::string& path)
 {
     PictureRows rows(picture);
     pnomaker::RangePicture range;
@@ -72,7 +76,8 @@ std::string writePanorama(const Station& station, int number, const Rendering& p
 
 std::string writePpm(const Rendering& picture, const std::string& path)
 {
-    return writeBytes(netpbmHead("P6", picture, 255), reinterpret_cast<const char*>(picture.rgb.data()), picture.rgb.size(), path);
+    return writeBytes(netpbmHead("P6", picture, 255), reinterpret_cast<const char*>(picture.rgb.data()),
+                      picture.rgb.size(), path);
 }
 
 std::string writeRangePgm(const Rendering& picture, const std::string& path)

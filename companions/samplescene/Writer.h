@@ -13,7 +13,8 @@ namespace samplescene {
 /// One panorama file.
 /// @param number  of the station; its capture time is that many minutes into 2026
 /// @return empty, or one line that says what went wrong
-std::string writePanorama(const Station& station, int number, const Rendering& picture, const std::string& path);
+std::string writePanorama(const Station& station, int number, const Rendering& picture,
+                          const std::string& path);
 
 /// A colour picture as binary PPM.
 std::string writePpm(const Rendering& picture, const std::string& path);

@@ -48,14 +48,16 @@ int makeFiles(const samplescene::Arguments& arguments)
         const samplescene::Rendering picture = samplescene::render(scene, i, arguments.width);
         const std::string stem = (folder / name).string();
         files.push_back(std::string(name) + ".pno");
-        std::string wrong = samplescene::writePanorama(scene.stations[static_cast<std::size_t>(i)], i, picture, stem + ".pno");
+        std::string wrong = samplescene::writePanorama(scene.stations[static_cast<std::size_t>(i)], i,
+                                                       picture, stem + ".pno");
         if (wrong.empty() && arguments.pictures) wrong = samplescene::writePpm(picture, stem + ".ppm");
         if (wrong.empty() && arguments.pictures && !picture.range.empty())
             wrong = samplescene::writeRangePgm(picture, stem + ".pgm");
         if (!wrong.empty()) return fail(wrong, 1);
     }
     if (onTerminal()) std::fprintf(stderr, "\n");
-    const std::string wrong = samplescene::writeText(samplescene::truthOf(scene, files), (folder / "truth.json").string());
+    const std::string wrong =
+        samplescene::writeText(samplescene::truthOf(scene, files), (folder / "truth.json").string());
     return wrong.empty() ? 0 : fail(wrong, 1);
 }
 
@@ -64,7 +66,8 @@ int makeFiles(const samplescene::Arguments& arguments)
 int main(int argc, char** argv)
 {
     samplescene::Arguments arguments;
-    const std::string wrong = samplescene::parseArguments(std::vector<std::string>(argv + 1, argv + argc), &arguments);
+    const std::string wrong =
+        samplescene::parseArguments(std::vector<std::string>(argv + 1, argv + argc), &arguments);
     if (!wrong.empty()) return fail(wrong, 2);
     if (arguments.help) {
         std::fputs(samplescene::helpText().c_str(), stdout);
