@@ -97,7 +97,7 @@ TEST(PoseGraph, NoisyEdgesAverageOut)
     MadeUpTour tour = grid(5);
     const Graph graph = graphOf(tour);
     const GraphSolution solution = graph.solve(25);
-    expectPoses(tour, solution, 0, 0.1, 0.02);
+    expectPoses(tour, solution, 0, 0.2, 0.03);
     for (const char kept : solution.kept)
         EXPECT_TRUE(kept);
 }
@@ -153,8 +153,15 @@ TEST(PoseGraph, WithoutScaleTheFloorGivesTheSize)
     for (auto& station : tour.stations)
         station.pose.t -= Eigen::Vector3d(3, 3, 0);
     const GraphSolution solution = graphOf(tour).solve(9);
-    // Stations stand 1.6 m above the floor in truth, 1.5 m by convention.
-    expectPoses(tour, solution, 0, 0.3, 0.15, 1.6 / 1.5);
+    double true_size = 0.0, found_size = 0.0;
+    for (int n = 1; n < 9; ++n) {
+        true_size += (tour.stations[n].pose.t - tour.stations[0].pose.t).norm();
+        found_size += (solution.poses[n].t - solution.poses[0].t).norm();
+    }
+    // Stations stand 1.6 m above the floor in truth, each a few centimetres higher or lower, and 1.5 m by
+    // convention; the shape is much better known than the size.
+    EXPECT_NEAR(true_size / found_size, 1.6 / 1.5, 0.05);
+    expectPoses(tour, solution, 0, 0.1, 0.02, true_size / found_size);
 }
 
 TEST(PoseGraph, WithoutScaleAndFloorTheMedianSpacingIsTwo)

@@ -129,6 +129,22 @@ struct TiltResidual
     }
 };
 
+/// Keeps a pair's distance about where it was: parts that share no feature with the rest could else shrink or
+/// grow freely.
+struct LengthResidual
+{
+    double length;
+    template <class T>
+    bool operator()(const T* centre_i, const T* centre_j, T* residual) const
+    {
+        T d2(1e-12);
+        for (int k = 0; k < 3; ++k)
+            d2 += (centre_i[k] - centre_j[k]) * (centre_i[k] - centre_j[k]);
+        residual[0] = (sqrt(d2) / T(length) - T(1)) / T(0.03);
+        return true;
+    }
+};
+
 /// Keeps a component's size where nothing measures it: the sum of its stations' distances from the first.
 struct SizeResidual
 {
@@ -200,6 +216,14 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
         problem.AddResidualBlock(
             new ceres::AutoDiffCostFunction<TiltResidual, 2, 4>(new TiltResidual{tilt_sigma_rad}), nullptr,
             rotations[n].coeffs().data());
+    }
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        const int i = edges[e].i, j = edges[e].j;
+        const double length = (centres[i] - centres[j]).norm();
+        if (!chosen[e] || !used[i] || !used[j] || length < 1e-6) continue;
+        problem.AddResidualBlock(
+            new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(new LengthResidual{length}), nullptr,
+            centres[i].data(), centres[j].data());
     }
     for (const auto& [group, nodes_here] : members) {
         problem.SetParameterBlockConstant(centres[nodes_here.front()].data());

@@ -11,7 +11,7 @@
 
 namespace nexomap {
 namespace {
-constexpr double kInflation2 = 2.5 * 2.5;
+constexpr double kInflation2 = 1.5 * 1.5;
 constexpr double kFloorAngle = 0.02 * kDegree;
 constexpr double kFloorMetres = 0.002;
 constexpr double kFloorDirection = 0.003;

@@ -21,7 +21,7 @@ struct GraphEdge
 /// The edge's relative pose without its noise.
 Pose measuredPose(const GraphEdge& edge);
 
-/// Information that the graph believes: the pair's own, its deviations multiplied by 2.5 because neighbouring
+/// Information that the graph believes: the pair's own, its deviations multiplied by 1.5 because neighbouring
 /// features err together, plus what no pair can know better (0.02 degrees, 2 mm, or 0.3 % of a unit
 /// direction).
 Matrix6d graphInformation(const PairPose& pose);

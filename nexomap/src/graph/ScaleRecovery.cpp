@@ -14,7 +14,8 @@
 namespace nexomap {
 namespace {
 
-constexpr std::size_t kFewestShared = 6;
+constexpr std::size_t kFewestShared = 5;
+constexpr double kHeightSpread = 0.04; // of the stations' heights above the floor, as a share
 constexpr double kSmallestParallax = 1.5 * kDegree;
 
 using BearingKey = std::array<std::uint32_t, 3>;
@@ -46,7 +47,33 @@ double median(std::vector<double>& values)
     return values[values.size() / 2];
 }
 
-/// log(scale_a) - log(scale_b) = difference, or log(scale_a) = difference when b is negative.
+/// How far below the stations the floor lies, by the heights of triangulated points: the fullest narrow level
+/// that little lies below and that stands out from its surroundings; 0 without one.
+/// @param drops  metres or units below a station; reordered
+double floorDrop(std::vector<double>& drops)
+{
+    constexpr double kWindow = 1.03;
+    std::sort(drops.begin(), drops.end());
+    const auto within = [&](double from, double to) {
+        return double(std::upper_bound(drops.begin(), drops.end(), to) -
+                      std::lower_bound(drops.begin(), drops.end(), from));
+    };
+    double best = 0.0, floor = 0.0;
+    for (std::size_t a = 0; a < drops.size(); ++a) {
+        if (drops[a] <= 0.0) continue;
+        const double count = within(drops[a], drops[a] * kWindow);
+        const double deeper = within(drops[a] * kWindow, 1e300);
+        const double about = within(drops[a] / 1.2, drops[a] * 1.2) - count;
+        const bool stands_out = count >= 4.0 + 3.0 * about * (kWindow - 1.0) / 0.37;
+        if (count <= best || !stands_out || deeper > std::max(2.0, 0.1 * double(drops.size()))) continue;
+        best = count;
+        floor = drops[a + std::size_t(count) / 2];
+    }
+    return floor;
+}
+
+/// log(scale_a) - log(scale_b) = difference, or log(scale_a) = difference when b is negative. The number of
+/// edges stands for the stations' common height above the floor.
 struct Tie
 {
     int a, b;
@@ -82,14 +109,18 @@ std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, con
         if (!kept[e] || pose.metric || pose.rotation_only) continue;
         at[edges[e].i].emplace_back(int(e), logDepths(edges[e], true));
         at[edges[e].j].emplace_back(int(e), logDepths(edges[e], false));
-        std::vector<double> ranges;
+        std::vector<double> ranges, drops;
         for (const PairInlier& inlier : pose.inliers) {
             const Eigen::Vector2d d =
                 rayDepths(inlier.bearing_0.cast<double>(), inlier.bearing_1.cast<double>(), pose.R_0_from_1,
                           pose.t_0_from_1);
+            drops.push_back(-d[0] * inlier.bearing_0.z());
+            drops.push_back(-d[1] * inlier.bearing_1.z());
             if (d[0] > 0 && inlier.range_0_m > 0) ranges.push_back(std::log(inlier.range_0_m / d[0]));
             if (d[1] > 0 && inlier.range_1_m > 0) ranges.push_back(std::log(inlier.range_1_m / d[1]));
         }
+        if (const double drop = floorDrop(drops); drop > 0.0)
+            ties.push_back({int(e), int(edges.size()), -std::log(drop), 1.0 / kHeightSpread});
         if (ranges.size() >= kFewestShared)
             ties.push_back({int(e), -1, median(ranges), std::sqrt(double(ranges.size())) / 0.05});
     }
@@ -98,7 +129,7 @@ std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, con
             for (std::size_t b = a + 1; b < here.size(); ++b) {
                 double difference = 0, weight = 0;
                 if (tieOf(here[a].second, here[b].second, &difference, &weight))
-                    ties.push_back({here[a].first, here[b].first, -difference, weight});
+                    ties.push_back({here[a].first, here[b].first, difference, weight});
             }
     return ties;
 }
@@ -106,10 +137,11 @@ std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, con
 /// Least absolute deviations of the ties by reweighting; edges that nothing ties stay at length 1.
 Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties)
 {
-    Eigen::VectorXd x = Eigen::VectorXd::Zero(edges);
+    const int unknowns = edges + 1;
+    Eigen::VectorXd x = Eigen::VectorXd::Zero(unknowns);
     for (int round = 0; round < 15; ++round) {
-        Eigen::MatrixXd N = 1e-6 * Eigen::MatrixXd::Identity(edges, edges);
-        Eigen::VectorXd g = Eigen::VectorXd::Zero(edges);
+        Eigen::MatrixXd N = 1e-6 * Eigen::MatrixXd::Identity(unknowns, unknowns);
+        Eigen::VectorXd g = Eigen::VectorXd::Zero(unknowns);
         for (const Tie& tie : ties) {
             const double r = x[tie.a] - (tie.b < 0 ? 0.0 : x[tie.b]) - tie.difference;
             const double w = tie.weight / (round == 0 ? 1.0 : std::max(0.01, std::abs(r)));
@@ -130,8 +162,8 @@ Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties)
 std::vector<int> tiedSets(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
                           const std::vector<Tie>& ties, int* count)
 {
-    const int metre = int(edges.size());
-    std::vector<int> parent(edges.size() + 1);
+    const int metre = int(edges.size()) + 1;
+    std::vector<int> parent(edges.size() + 2);
     for (std::size_t k = 0; k < parent.size(); ++k)
         parent[k] = int(k);
     const auto root = [&](int k) {
@@ -265,24 +297,13 @@ double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>&
             const Eigen::Vector3d ray = inlier.bearing_0.cast<double>();
             const Eigen::Vector2d d = rayDepths(ray, inlier.bearing_1.cast<double>(), step.R, step.t);
             const Eigen::Vector3d below = a.R * (ray * d[0]);
-            if (d[0] > 0.0 && polarOf(below) > 115.0 * kDegree) drops.push_back(-below.z());
+            if (d[0] > 0.0) drops.push_back(-below.z());
         }
     }
     if (lengths.empty()) return 1.0;
     const double spacing = median(lengths);
-    // The floor: the fullest bin of heights (6 % wide) among what lies steeply below the stations.
-    std::sort(drops.begin(), drops.end());
-    std::size_t best_count = 0, best = 0;
-    for (std::size_t a = 0, b = 0; a < drops.size(); ++a) {
-        while (b < drops.size() && drops[b] <= drops[a] * 1.06)
-            ++b;
-        if (b - a > best_count) best_count = b - a, best = a;
-    }
-    const double floor = best_count ? drops[best + best_count / 2] : 0.0;
-    // Little may lie below a floor: otherwise the level found is a table.
-    const std::size_t below = drops.end() - std::upper_bound(drops.begin(), drops.end(), floor * 1.06);
-    const bool clear = best_count >= 30 && best_count * 5 >= drops.size() && below * 5 <= drops.size();
-    if (clear && floor > 0.1 * spacing && floor < 10.0 * spacing) return 1.5 / floor;
+    const double floor = floorDrop(drops);
+    if (floor > 0.1 * spacing && floor < 10.0 * spacing) return 1.5 / floor;
     return 2.0 / spacing;
 }
 
