@@ -9,17 +9,38 @@
 #include <cmath>
 #include <cstring>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace pnomaker {
 namespace {
 
 constexpr int kWeightBits = 14;
 constexpr int kRowBits = 6; ///< fraction bits of the intermediate row: 255 << 6 leaves room for overshoot
+constexpr int kMixBits = kWeightBits + kRowBits;
 
 double cubic(double x)
 {
     x = std::fabs(x);
     if (x < 1) return (1.5 * x - 2.5) * x * x + 1;
     return x < 2 ? ((-0.5 * x + 2.5) * x - 4) * x + 2 : 0;
+}
+
+/// Brings every output to the same even number of taps, so that they can be multiplied in pairs.
+void makeUniform(AxisWeights& axis)
+{
+    axis.maxCount += axis.maxCount % 2;
+    std::vector<std::int16_t> values;
+    for (Taps& taps : axis.taps) {
+        const std::size_t begin = taps.weights;
+        taps.weights = values.size();
+        for (int k = 0; k < axis.maxCount; ++k)
+            values.push_back(k < taps.count ? axis.values[begin + static_cast<std::size_t>(k)]
+                                            : static_cast<std::int16_t>(0));
+        taps.count = axis.maxCount;
+    }
+    axis.values = std::move(values);
 }
 
 /// Rounds weights to fixed point; what rounding loses goes to the largest, so that the sum is exact.
@@ -37,6 +58,35 @@ void appendFixed(const std::vector<double>& weights, std::vector<std::int16_t>& 
     *std::max_element(values.begin() + static_cast<std::ptrdiff_t>(begin), values.end()) +=
         static_cast<std::int16_t>(rest);
 }
+
+/// One output pixel: the weighted sum of `count` pixels of the intermediate row, an even number. Reads one
+/// value past the last of them.
+#ifdef __SSE2__
+inline void mixPixel(const std::int16_t* in, const std::int16_t* weights, int count, std::uint8_t* pixel)
+{
+    __m128i sum = _mm_set1_epi32(1 << (kMixBits - 1));
+    for (int k = 0; k < count; k += 2, in += 6) {
+        std::int32_t pair;
+        std::memcpy(&pair, weights + k, 4);
+        const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in));
+        const __m128i second = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in + 3));
+        sum = _mm_add_epi32(sum, _mm_madd_epi16(_mm_unpacklo_epi16(first, second), _mm_set1_epi32(pair)));
+    }
+    const __m128i words = _mm_packs_epi32(_mm_srai_epi32(sum, kMixBits), sum);
+    const std::int32_t bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+    std::memcpy(pixel, &bytes, 4);
+}
+#else
+inline void mixPixel(const std::int16_t* in, const std::int16_t* weights, int count, std::uint8_t* pixel)
+{
+    for (int c = 0; c < 3; ++c) {
+        int sum = 1 << (kMixBits - 1);
+        for (int k = 0; k < count; ++k)
+            sum += in[3 * k + c] * weights[k];
+        pixel[c] = static_cast<std::uint8_t>(std::clamp(sum >> kMixBits, 0, 255));
+    }
+}
+#endif
 
 } // namespace
 
@@ -73,6 +123,7 @@ AxisWeights::AxisWeights(int inputs, int outputs, double origin, double step, bo
         appendFixed(weights, values);
         maxCount = std::max(maxCount, taps.back().count);
     }
+    if (wrapped) makeUniform(*this);
 }
 
 Resampler::Resampler(int inWidth, int inHeight, int outWidth, int outHeight, double rowOrigin, double rowStep)
@@ -143,25 +194,17 @@ void Resampler::makeRow(const StripeWindow& input, int outRow, std::uint8_t* out
         row[values + i] = row[i];
         row[i - 3 * m_wrapPixels] = row[values + i - 3 * m_wrapPixels];
     }
-    shrinkColumns(row, out);
+    mixColumns(row, out);
 }
 
-void Resampler::shrinkColumns(const std::int16_t* row, std::uint8_t* out) const
+void Resampler::mixColumns(const std::int16_t* row, std::uint8_t* out) const
 {
-    constexpr int kShift = kWeightBits + kRowBits;
-    for (int x = 0; x < m_outWidth; ++x, out += 3) {
-        const Taps& taps = m_horizontal.taps[x];
-        const std::int16_t* weights = &m_horizontal.values[taps.weights];
-        const std::int16_t* in = row + 3 * taps.first;
-        int red = 1 << (kShift - 1), green = red, blue = red;
-        for (int k = 0; k < taps.count; ++k, in += 3) {
-            red += in[0] * weights[k];
-            green += in[1] * weights[k];
-            blue += in[2] * weights[k];
-        }
-        out[0] = static_cast<std::uint8_t>(std::clamp(red >> kShift, 0, 255));
-        out[1] = static_cast<std::uint8_t>(std::clamp(green >> kShift, 0, 255));
-        out[2] = static_cast<std::uint8_t>(std::clamp(blue >> kShift, 0, 255));
+    const int count = m_horizontal.maxCount;
+    const std::int16_t* weights = m_horizontal.values.data();
+    for (int x = 0; x < m_outWidth; ++x, weights += count) {
+        std::uint8_t pixel[4];
+        mixPixel(row + 3 * m_horizontal.taps[x].first, weights, count, pixel);
+        std::memcpy(out + 3 * static_cast<std::ptrdiff_t>(x), pixel, 3);
     }
 }
 

@@ -25,7 +25,7 @@ struct AxisWeights
 {
     std::vector<Taps> taps; ///< one per output position
     std::vector<std::int16_t> values;
-    int maxCount = 0;
+    int maxCount = 0; ///< of a wrapped axis every output's count, even, filled up with weights of 0
 
     /// @param inputs   size of the input; output position i covers inputs [i * step + origin, + step)
     /// @param wrapped  the axis is closed: taps before 0 and past the end stand for the other end.
@@ -53,7 +53,7 @@ public:
                  std::vector<std::int16_t>& scratch) const;
 
 private:
-    void shrinkColumns(const std::int16_t* row, std::uint8_t* out) const;
+    void mixColumns(const std::int16_t* row, std::uint8_t* out) const;
 
     int m_inWidth;
     int m_outWidth;

@@ -31,7 +31,7 @@ std::string applyFacts(const SphereFacts& facts, int width, int height, pnomaker
     const double stated = crop.width / crop.height;
     const double own = static_cast<double>(width) / height;
     if (!(crop.width > 0 && crop.height > 0 && crop.full_height > 0 && crop.top >= 0) ||
-        std::fabs(stated - own) > 0.01 * own || crop.top + crop.height > crop.full_height * 1.001)
+        std::fabs(stated - own) > 0.005 * own || crop.top + crop.height > crop.full_height * 1.001)
         return {};
     if (crop.width < 0.999 * crop.full_width)
         return "the picture covers only " + std::to_string(std::lround(360 * crop.width / crop.full_width)) +
