@@ -118,7 +118,9 @@ TEST_F(SaveSafety, KilledAtAnyMomentTheOldTourOrTheNewOneIsWhole)
 
 TEST_F(SaveSafety, AFileSizeLimitAtEveryStepFailsTheSaveAndKeepsTheEarlierTour)
 {
-    add(kA, QStringLiteral("a"), QByteArray(1 << 20, 'p'));
+    // The last record is empty, so that the largest limit cuts its head and no data.
+    PanoNode* node = add(kA, QStringLiteral("a"), QByteArray(1 << 20, 'p'));
+    node->photos.append({0, 0, 0, 0, QString(), write(QStringLiteral("empty.jpg"), QByteArray()), {}});
     ASSERT_TRUE(saveTour(project, 0, path()));
     const QByteArray earlier = contentOf(path());
     for (const rlim_t limit : {rlim_t(0), rlim_t(1), rlim_t(2), rlim_t(100), rlim_t(265), rlim_t(2000),
@@ -135,6 +137,33 @@ TEST_F(SaveSafety, AFileSizeLimitAtEveryStepFailsTheSaveAndKeepsTheEarlierTour)
         EXPECT_EQ(child.wait(), 0) << limit;
         EXPECT_FALSE(QFile::exists(path())) << limit;
         EXPECT_EQ(contentOf(kept()), earlier) << limit;
+    }
+}
+
+TEST_F(SaveSafety, KilledBetweenTwoRecordsTheRemainsDoNotPassForATour)
+{
+    add(kA, QStringLiteral("a"), QByteArray(5000, 'a'));
+    add("BBBBBBBBBBBBBB", QStringLiteral("b"), QByteArray(5000, 'b'));
+    ASSERT_TRUE(saveTour(project, 0, path()));
+    const QByteArray earlier = contentOf(path());
+    const rlim_t record = 262 + 5000;
+    const rlim_t end = static_cast<rlim_t>(earlier.size());
+    for (const rlim_t boundary : {end - 2 * record, end - record}) {
+        write(QStringLiteral("tour.roa"), earlier);
+        QFile::remove(kept());
+        Child child([&] {
+            const rlimit limits{boundary, boundary};
+            const rlimit noCore{0, 0};
+            setrlimit(RLIMIT_CORE, &noCore);
+            setrlimit(RLIMIT_FSIZE, &limits);
+            signal(SIGXFSZ, SIG_DFL); // the first byte behind the boundary ends the process
+            return saveTour(project, 0, path()) ? 0 : 1;
+        });
+        ASSERT_EQ(child.wait(), -1);
+        ASSERT_EQ(static_cast<rlim_t>(QFileInfo(path()).size()), boundary);
+        std::vector<TourPart> parts;
+        EXPECT_FALSE(takeApart(path(), &parts));
+        EXPECT_EQ(contentOf(kept()), earlier);
     }
 }
 
