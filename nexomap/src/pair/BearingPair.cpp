@@ -64,10 +64,11 @@ std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentati
     std::vector<int> inliers = hypothesis->inliers;
     RefinedBearingPose refined;
     refined.pose = hypothesis->pose;
-    for (int round = 0; round < 3; ++round) {
+    for (const double tolerance : {kEpipolarTolerance, 0.7 * kEpipolarTolerance, 0.5 * kEpipolarTolerance}) {
+        inliers = epipolarInliers(tentative, refined.pose, tolerance);
         refined = refineBearingPose(tentative, inliers, refined.pose, 10);
-        inliers = epipolarInliers(tentative, refined.pose, kEpipolarTolerance);
     }
+    inliers = epipolarInliers(tentative, refined.pose, kEpipolarTolerance);
     countPlaces(tentative, inliers, evidence);
 
     evidence->lean = leanOf(refined.pose.R);

@@ -16,8 +16,8 @@ namespace {
 using Vector6d = Eigen::Matrix<double, 6, 1>;
 
 constexpr double kBearingSigma = 0.06 * kDegree; // one match, both ends
-constexpr double kCauchy = 0.1 * kDegree;
-constexpr double kTiltSigma = 0.7 * kDegree;
+constexpr double kCauchy = 0.05 * kDegree;
+constexpr double kTiltSigma = 0.4 * kDegree; // of a pair on tripods; a hand-held camera leaves it behind
 
 } // namespace
 
@@ -58,8 +58,9 @@ RefinedBearingPose refineBearingPose(const std::vector<Correspondence>& matches,
         Eigen::Matrix<double, 2, 6> lean = Eigen::Matrix<double, 2, 6>::Zero();
         lean.leftCols<3>() = (-pose.R * crossMatrix(Eigen::Vector3d::UnitZ())).topRows<2>();
         const Eigen::Vector2d lean_now = pose.R.col(2).head<2>();
-        normal += lean.transpose() * lean / (kTiltSigma * kTiltSigma);
-        right -= lean.transpose() * lean_now / (kTiltSigma * kTiltSigma);
+        const double prior = 1.0 / (kTiltSigma * kTiltSigma + 0.25 * lean_now.squaredNorm());
+        normal += prior * lean.transpose() * lean;
+        right -= prior * lean.transpose() * lean_now;
         normal.bottomRightCorner<3, 3>() += 1e8 * along * along.transpose();
         normal.diagonal().array() += 1e-3;
         Vector6d step = normal.ldlt().solve(right);

@@ -26,19 +26,37 @@ std::pair<int, int> cellOf(const Eigen::Vector3d& bearing, double size)
     return {row, int((azimuthOf(bearing) + kPi) * sine / size)};
 }
 
+/// How many of the bearings stand farther than 25 degrees from the one with the most neighbours.
+int countOutside(const std::vector<Eigen::Vector3d>& bearings)
+{
+    const double near = std::cos(25.0 * kDegree);
+    std::size_t densest = 0;
+    for (const Eigen::Vector3d& centre : bearings) {
+        std::size_t inside = 0;
+        for (const Eigen::Vector3d& bearing : bearings)
+            inside += centre.dot(bearing) > near;
+        densest = std::max(densest, inside);
+    }
+    return int(bearings.size() - densest);
+}
+
 } // namespace
 
 void countPlaces(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
                  Evidence* evidence)
 {
     std::set<std::pair<int, int>> places, cells_0, cells_1;
+    std::vector<Eigen::Vector3d> bearings_0, bearings_1;
     for (const int i : inliers) {
+        bearings_0.push_back(matches[i].bearing_0);
+        bearings_1.push_back(matches[i].bearing_1);
         places.insert(cellOf(matches[i].bearing_0, 0.3 * kDegree));
         cells_0.insert(cellOf(matches[i].bearing_0, 30.0 * kDegree));
         cells_1.insert(cellOf(matches[i].bearing_1, 30.0 * kDegree));
     }
     evidence->inliers = int(places.size());
     evidence->cells = int(std::min(cells_0.size(), cells_1.size()));
+    evidence->outside = std::min(countOutside(bearings_0), countOutside(bearings_1));
     evidence->inlier_share = matches.empty() ? 0.0 : double(inliers.size()) / double(matches.size());
 }
 
@@ -61,6 +79,9 @@ double bearingReliability(const Evidence& e)
     if (e.inliers < 24) return 0.0;
     double z = 0.12 * (std::min(e.inliers, 80) - 40) + 0.5 * (std::min(e.cells, 10) - 5) +
                8.0 * (std::min(e.inlier_share, 0.5) - 0.15);
+    // All in one small window: the pose may swing about it.
+    z -= 0.5 * std::max(0, 6 - e.outside) * (e.inliers < 60 ? 1.0 : 0.3);
+    z -= std::max(0.0, e.direction_sigma / kDegree - 1.5);
     // Stairs exist, but a station far above or below is mostly a false pose.
     z -= 0.35 * std::max(0.0, std::abs(e.elevation) / kDegree - 6.0);
     z -= 8.0 * std::max(0.0, e.second_share - 0.4);

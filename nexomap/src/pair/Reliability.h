@@ -11,8 +11,9 @@ namespace nexomap {
 /// What speaks for and against a relative pose.
 struct Evidence
 {
-    int inliers = 0;              ///< matches that agree with the pose, each place counted once
-    int cells = 0;                ///< cells of about 30 degrees that they occupy in the poorer panorama
+    int inliers = 0; ///< matches that agree with the pose, each place counted once
+    int cells = 0;   ///< cells of about 30 degrees that they occupy in the poorer panorama
+    int outside = 0; ///< inliers farther than 25 degrees from where most of them stand, poorer panorama
     double inlier_share = 0.0;    ///< of the tentative matches
     double second_share = 0.0;    ///< support of the best other pose, over this one's
     double lean = 0.0;            ///< radians between the two verticals
