@@ -8,9 +8,11 @@
 #include "app/Tourwright.h"
 #include "linking/AutoLink.h"
 #include "linking/CommandState.h"
+#include "linking/editor/PanoMatchEditor.h"
 #include "linking/EditLinks.h"
 #include "linking/LinkTable.h"
 #include "linking/MatchFiles.h"
+#include "linking/ReadBack.h"
 #include "ui_Tourwright.h"
 
 #include <QCoreApplication>
@@ -52,9 +54,33 @@ void Tourwright::AddLink()
         m_ui->tableLink->setCurrentCell(m_ui->tableLink->rowCount() - 1, 0);
         return applyEnabling();
     case AddLinkOutcome::NeedsEditor:
+        return openLinkEditor(*result.panorama_0, *result.panorama_1);
     case AddLinkOutcome::NothingSelected:
         return;
     }
+}
+
+void Tourwright::openLinkEditor(const PanoNode& panorama_0, const PanoNode& panorama_1)
+{
+    if (!m_linkEditor) {
+        m_linkEditor = std::make_unique<PanoMatchEditor>(*m_linker, this);
+        connect(m_linkEditor.get(), &PanoMatchEditor::linkComputed, this, &Tourwright::refreshAfterLinkEdit);
+    }
+    drawPanorama(panorama_0, &m_linkEditor->image(0));
+    drawPanorama(panorama_1, &m_linkEditor->image(1));
+    m_linkEditor->setPair(panorama_0.name(), panorama_1.name());
+    m_linkEditor->showMaximized();
+}
+
+void Tourwright::refreshAfterLinkEdit()
+{
+    // Every link is made anew, so that none may stay shown.
+    clearLinkViews();
+    readBackAfterEdit(m_project, *m_linker);
+    m_project.modified = true;
+    showNewestMatchPicture();
+    refreshLinkTable();
+    showStatus();
 }
 
 void Tourwright::DelLink()

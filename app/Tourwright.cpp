@@ -5,6 +5,7 @@
 
 #include "app/Tourwright.h"
 
+#include "linking/editor/PanoMatchEditor.h"
 #include "linking/Linker.h"
 #include "ui_Tourwright.h"
 

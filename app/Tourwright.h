@@ -15,6 +15,7 @@ namespace Ui {
 class TourwrightClass;
 }
 class Linker;
+class PanoMatchEditor;
 class QLabel;
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -90,6 +91,7 @@ private:
 
     // Project
     void reset();
+    void emptyViews();
     bool saveTo(const QString& path);
 
     // Panoramas
@@ -100,6 +102,8 @@ private:
 
     // Links
     void refreshLinkTable();
+    void openLinkEditor(const PanoNode& panorama_0, const PanoNode& panorama_1);
+    void refreshAfterLinkEdit();
     void showAutoLinkStep(const AutoLinkStep& step);
     void showNewestMatchPicture();
     void clearLinkViews();
@@ -122,7 +126,8 @@ private:
     QImage m_markerLink;
     QImage m_markerBox[2]; ///< box selection off and on
     QImage m_markerDelete;
-    QString m_importFolder; ///< where the next import dialog starts
+    QString m_importFolder;                        ///< where the next import dialog starts
+    std::unique_ptr<PanoMatchEditor> m_linkEditor; ///< made at the first manual link with lidar
     QLabel* m_status = nullptr;
     QNetworkAccessManager* m_network = nullptr;
 };

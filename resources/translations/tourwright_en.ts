@@ -17,6 +17,37 @@
     </message>
 </context>
 <context>
+    <name>PanoMatchEditor</name>
+    <message>
+        <source>Orvanta 漫游创作工具</source>
+        <translation>Orvanta Tour Authoring Tool</translation>
+    </message>
+    <message>
+        <source>添加一对特征点</source>
+        <translation>Add Pair of Feature Points</translation>
+    </message>
+    <message>
+        <source>删除选中特征点</source>
+        <translation>Delete Selected Feature Points</translation>
+    </message>
+    <message>
+        <source>添加全景链接</source>
+        <translation>Add Panorama Link</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Add Panorama Link</source>
+        <translation>Add Panorama Link</translation>
+    </message>
+    <message>
+        <source>The number of feature points cannot be less than 3!</source>
+        <translation>The number of feature points cannot be less than 3!</translation>
+    </message>
+</context>
+<context>
     <name>SaveTour</name>
     <message>
         <source>it is a folder</source>

@@ -17,6 +17,37 @@
     </message>
 </context>
 <context>
+    <name>PanoMatchEditor</name>
+    <message>
+        <source>Orvanta 漫游创作工具</source>
+        <translation>Orvanta 漫游创作工具</translation>
+    </message>
+    <message>
+        <source>添加一对特征点</source>
+        <translation>添加一对特征点</translation>
+    </message>
+    <message>
+        <source>删除选中特征点</source>
+        <translation>删除选中特征点</translation>
+    </message>
+    <message>
+        <source>添加全景链接</source>
+        <translation>添加全景链接</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Add Panorama Link</source>
+        <translation>添加全景链接</translation>
+    </message>
+    <message>
+        <source>The number of feature points cannot be less than 3!</source>
+        <translation>特征点不能少于3对！</translation>
+    </message>
+</context>
+<context>
     <name>SaveTour</name>
     <message>
         <source>it is a folder</source>
