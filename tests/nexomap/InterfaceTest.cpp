@@ -211,7 +211,9 @@ TEST_F(Interface, DeletingTheBridgeSplitsTheGroupAndSetsThePartsApart)
     ASSERT_EQ(NexomapGetPanoGroupNum(), 1);
     for (const MatchReport& m : matches()) {
         const bool crosses = (m.name_0 <= MadeUpTour::nameOf(1)) != (m.name_1 <= MadeUpTour::nameOf(1));
-        if (crosses) { ASSERT_EQ(NexomapDeletePanoMatch(m.name_0.c_str(), m.name_1.c_str()), NEXOMAP_OK); }
+        if (crosses) {
+            ASSERT_EQ(NexomapDeletePanoMatch(m.name_0.c_str(), m.name_1.c_str()), NEXOMAP_OK);
+        }
     }
     ASSERT_EQ(NexomapRelocateAll(), NEXOMAP_OK);
     ASSERT_EQ(NexomapGetPanoGroupNum(), 2);

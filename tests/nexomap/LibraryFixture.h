@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
+
 /// What the library says of one panorama and one link.
 struct NodeReport
 {

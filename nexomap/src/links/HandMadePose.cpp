@@ -3,7 +3,7 @@
 
 #include "nexomap/src/links/HandMadePose.h"
 
-#include "nexomap/src/links/SightLine.h"
+#include "nexomap/src/Geometry.h"
 
 #include <Eigen/Dense>
 
@@ -19,31 +19,97 @@ constexpr double kTiltSigma = 0.5 * 1.4142 * kDegree; // of two panoramas agains
 constexpr double kSmallestExtent_m = 0.1;
 constexpr double kSmallestAngle = 5.0 * kDegree;
 
+/// A point that a pick may mean, and how uncertain it is: the pick slides along the surface.
+struct SurfacePoint
+{
+    Eigen::Vector3d point;
+    Eigen::Matrix3d noise;
+};
+
 struct Points
 {
     Eigen::Vector3d p_0, p_1;
+    Eigen::Matrix3d S_0, S_1;
 };
 
-/// Ranges that a pick may mean: the median about it, or both sides of a depth edge.
-std::vector<double> rangesAbout(const RangeMap& map, const Eigen::Vector3d& direction)
+struct Cell
 {
-    const double step = kPi / map.range_m.rows;
-    const Eigen::Vector3d side = direction.unitOrthogonal(), over = direction.cross(side);
-    std::vector<double> values;
-    for (int y = -2; y <= 2; ++y)
-        for (int x = -2; x <= 2; ++x) {
-            const double range = rangeAlong(map, direction + step * (x * side + y * over));
-            if (range > 0.0) values.push_back(range);
+    Eigen::Vector3d direction;
+    double range_m;
+};
+
+/// Cells of the map with a return within about 0.6 degrees.
+std::vector<Cell> cellsAbout(const RangeMap& map, const Eigen::Vector3d& direction)
+{
+    const int width = map.range_m.cols, height = map.range_m.rows;
+    const EquirectGrid grid{width, height};
+    const Eigen::Vector2d centre = grid.pixel(direction);
+    const int radius = std::max(2, int(std::ceil(0.6 * kDegree / (kPi / height))));
+    std::vector<Cell> cells;
+    for (int y = int(centre.y()) - radius; y <= int(centre.y()) + radius; ++y)
+        for (int x = int(centre.x()) - radius; x <= int(centre.x()) + radius; ++x) {
+            if (y < 0 || y >= height) continue;
+            const double range = map.range_m(y, (x % width + width) % width);
+            if (range > 0.0) cells.push_back({grid.direction(x + 0.5, y + 0.5), range});
         }
-    if (values.size() < 5) return {};
+    return cells;
+}
+
+/// The plane n with n . point = 1 through the cells, by the inverse ranges, in which it is linear; false when
+/// the surface is no plane there.
+bool planeThrough(const std::vector<Cell>& cells, Eigen::Vector3d* n)
+{
+    Eigen::Matrix3d N = Eigen::Matrix3d::Zero();
+    Eigen::Vector3d g = Eigen::Vector3d::Zero();
+    for (const Cell& cell : cells) {
+        N += cell.range_m * cell.range_m * cell.direction * cell.direction.transpose();
+        g += cell.range_m * cell.direction;
+    }
+    const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> eigen(N);
+    if (eigen.eigenvalues()[0] < 1e-9 * eigen.eigenvalues()[2]) return false;
+    *n = N.ldlt().solve(g);
+    double miss2 = 0.0;
+    for (const Cell& cell : cells)
+        miss2 += std::pow(n->dot(cell.direction) * cell.range_m - 1.0, 2);
+    return std::sqrt(miss2 / double(cells.size())) < 0.01;
+}
+
+SurfacePoint isotropicPoint(const Eigen::Vector3d& direction, double range)
+{
+    const Eigen::Matrix3d along = direction * direction.transpose();
+    return {range * direction,
+            kRangeSigma_m * kRangeSigma_m * along +
+                range * range * kPickSigma * kPickSigma * (Eigen::Matrix3d::Identity() - along)};
+}
+
+/// Points that a pick may mean: the one of the surface there, or one on each side of a depth edge.
+std::vector<SurfacePoint> pointsAt(const RangeMap& map, const Eigen::Vector3d& direction)
+{
+    const std::vector<Cell> cells = cellsAbout(map, direction);
+    if (cells.size() < 5) return {};
+    Eigen::Vector3d n;
+    if (planeThrough(cells, &n) && n.dot(direction) > 0.05 * n.norm()) {
+        const double range = 1.0 / n.dot(direction);
+        const Eigen::Vector3d side = direction.unitOrthogonal(), over = direction.cross(side);
+        SurfacePoint found{range * direction,
+                           kRangeSigma_m * kRangeSigma_m * direction * direction.transpose()};
+        for (const Eigen::Vector3d& turn : {side, over}) {
+            const Eigen::Vector3d slide = range * turn - direction * (range * range * n.dot(turn));
+            found.noise += kPickSigma * kPickSigma * slide * slide.transpose();
+        }
+        return {found};
+    }
+    std::vector<double> values;
+    for (const Cell& cell : cells)
+        values.push_back(cell.range_m);
     std::sort(values.begin(), values.end());
     const double middle = values[values.size() / 2];
-    if (values.back() - values.front() < 0.08 * middle + 0.05) return {middle};
     std::size_t gap = 1;
     for (std::size_t k = 1; k < values.size(); ++k)
         if (values[k] - values[k - 1] > values[gap] - values[gap - 1]) gap = k;
-    if (values[gap] - values[gap - 1] < 0.05 * middle) return {middle}; // a slanted surface, no edge
-    return {values[gap / 2], values[gap + (values.size() - gap) / 2]};
+    if (values[gap] - values[gap - 1] < 0.05 * middle) return {isotropicPoint(direction, middle)};
+    return {isotropicPoint(direction, values[gap / 2]),
+            isotropicPoint(direction, values[gap + (values.size() - gap) / 2])};
 }
 
 /// Umeyama's rotation and translation for p_0 = R * p_1 + t.
@@ -98,18 +164,10 @@ bool allInOneDirection(const std::vector<PickedPair>& picks)
     return true;
 }
 
-Eigen::Matrix3d noiseOf(const Eigen::Vector3d& point)
-{
-    const double range2 = std::max(1e-6, point.squaredNorm());
-    const Eigen::Matrix3d along = point * point.transpose() / range2;
-    return kRangeSigma_m * kRangeSigma_m * along +
-           range2 * kPickSigma * kPickSigma * (Eigen::Matrix3d::Identity() - along);
-}
-
 double squaredMiss(const Points& pair, const Pose& pose)
 {
     const Eigen::Vector3d miss = pair.p_0 - pose * pair.p_1;
-    const Eigen::Matrix3d S = noiseOf(pair.p_0) + pose.R * noiseOf(pair.p_1) * pose.R.transpose();
+    const Eigen::Matrix3d S = pair.S_0 + pose.R * pair.S_1 * pose.R.transpose();
     return miss.dot(S.ldlt().solve(miss));
 }
 
@@ -124,7 +182,7 @@ Matrix6d refine(const std::vector<Points>& pairs, Pose& pose)
             Eigen::Matrix<double, 3, 6> J;
             J << pose.R * skew(pair.p_1), -pose.R;
             const Eigen::Vector3d miss = pair.p_0 - pose * pair.p_1;
-            const Eigen::Matrix3d S = noiseOf(pair.p_0) + pose.R * noiseOf(pair.p_1) * pose.R.transpose();
+            const Eigen::Matrix3d S = pair.S_0 + pose.R * pair.S_1 * pose.R.transpose();
             const Eigen::Matrix3d W = S.inverse() / (1.0 + miss.dot(S.ldlt().solve(miss)) / 9.0);
             N += J.transpose() * W * J;
             g += J.transpose() * W * miss;
@@ -150,17 +208,15 @@ std::optional<PairPose> poseFromPicks(const Panorama& panorama_0, const Panorama
         return std::nullopt;
     // Each pick gives one pair of points, or up to four where it lies on a depth edge.
     std::vector<std::vector<Points>> choices;
-    std::vector<PickedPair> ranged;
     for (const PickedPair& pick : picks) {
         const Eigen::Vector3d u_0 = directionFromAngles(pick.azimuth_0, pick.polar_0);
         const Eigen::Vector3d u_1 = directionFromAngles(pick.azimuth_1, pick.polar_1);
         std::vector<Points> here;
-        for (const double r_0 : rangesAbout(panorama_0.range, u_0))
-            for (const double r_1 : rangesAbout(panorama_1.range, u_1))
-                here.push_back({r_0 * u_0, r_1 * u_1});
+        for (const SurfacePoint& x : pointsAt(panorama_0.range, u_0))
+            for (const SurfacePoint& y : pointsAt(panorama_1.range, u_1))
+                here.push_back({x.point, y.point, x.noise, y.noise});
         if (here.empty()) continue;
         choices.push_back(here);
-        ranged.push_back(pick);
     }
     if (choices.size() < 3) return std::nullopt;
 

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// Match files: what goes in comes out, and nothing else is taken.
+
+#include "nexomap/src/files/MatchFile.h"
+#include "nexomap/src/Failure.h"
+#include "tests/nexomap/MadeUpTour.h"
+
+#include <gtest/gtest.h>
+
+using namespace nexomap;
+
+namespace {
+
+MadeUpTour tour()
+{
+    MadeUpTour tour;
+    tour.add(0, 0, 0.5);
+    tour.add(2, 1, -0.7, 0.0, 0.01, 0.02);
+    return tour;
+}
+
+MatchRecord record()
+{
+    MatchRecord r;
+    r.link = {MadeUpTour::nameOf(0), MadeUpTour::nameOf(1), 0, tour().pairPose(0, 1)};
+    r.inliers = 60;
+    r.link.pose.inliers.clear();
+    r.station_0 = {tour().stations[0].pose, Eigen::Vector3d::UnitZ(), 1.6};
+    r.station_1 = {tour().stations[1].pose, Eigen::Vector3d::UnitZ(), 0.0};
+    r.companions.push_back({MadeUpTour::nameOf(1), MadeUpTour::nameOf(5), 1, tour().pairPose(1, 0)});
+    return r;
+}
+
+bool refused(const Bytes& bytes)
+{
+    try {
+        decodeMatchRecord(bytes);
+        return false;
+    } catch (const Failure& failure) {
+        return failure.status() == NEXOMAP_BAD_FILE;
+    }
+}
+
+TEST(MatchFile, ARecordComesBackToTheBit)
+{
+    const MatchRecord in = record(), out = decodeMatchRecord(encodeMatchRecord(in));
+    EXPECT_EQ(out.link.name_0, in.link.name_0);
+    EXPECT_EQ(out.link.pose.R_0_from_1, in.link.pose.R_0_from_1);
+    EXPECT_EQ(out.link.pose.t_0_from_1, in.link.pose.t_0_from_1);
+    EXPECT_EQ(out.link.pose.information, in.link.pose.information);
+    EXPECT_EQ(out.link.pose.reliability, in.link.pose.reliability);
+    EXPECT_EQ(out.link.pose.metric, true);
+    EXPECT_EQ(out.station_1.world_from_pano.R, in.station_1.world_from_pano.R);
+    ASSERT_EQ(out.companions.size(), 1u);
+    EXPECT_EQ(out.companions[0].name_1, MadeUpTour::nameOf(5));
+    EXPECT_EQ(out.companions[0].mode, 1);
+}
+
+TEST(MatchFile, FeaturesComeBackToTheBit)
+{
+    const auto in = tour().pairPose(0, 1).inliers;
+    const Bytes bytes = encodeInliers(MadeUpTour::nameOf(0), MadeUpTour::nameOf(1), in);
+    const auto out = decodeInliers(bytes, MadeUpTour::nameOf(0), MadeUpTour::nameOf(1));
+    ASSERT_EQ(out.size(), in.size());
+    for (std::size_t k = 0; k < in.size(); ++k) {
+        EXPECT_EQ(out[k].bearing_0, in[k].bearing_0);
+        EXPECT_EQ(out[k].range_1_m, in[k].range_1_m);
+    }
+    EXPECT_THROW(decodeInliers(bytes, MadeUpTour::nameOf(0), MadeUpTour::nameOf(2)), Failure);
+}
+
+TEST(MatchFile, EveryPrefixIsRefused)
+{
+    const Bytes whole = encodeMatchRecord(record());
+    for (std::size_t n = 0; n < whole.size(); ++n)
+        EXPECT_TRUE(refused(Bytes(whole.begin(), whole.begin() + n))) << n;
+    Bytes longer = whole;
+    longer.push_back(0);
+    EXPECT_TRUE(refused(longer));
+}
+
+TEST(MatchFile, EveryChangedByteIsRefused)
+{
+    const Bytes whole = encodeMatchRecord(record());
+    for (std::size_t n = 0; n < whole.size(); ++n) {
+        Bytes bent = whole;
+        bent[n] ^= 0x40;
+        EXPECT_TRUE(refused(bent)) << n;
+    }
+}
+
+TEST(MatchFile, SoundChecksumsDoNotMakeNonsenseAPose)
+{
+    MatchRecord bad = record();
+    bad.link.pose.R_0_from_1 *= 2.0;
+    EXPECT_TRUE(refused(encodeMatchRecord(bad)));
+    bad = record();
+    bad.link.pose.information(2, 3) = std::nan("");
+    EXPECT_TRUE(refused(encodeMatchRecord(bad)));
+    bad = record();
+    bad.station_0.up.setZero();
+    EXPECT_TRUE(refused(encodeMatchRecord(bad)));
+}
+
+} // namespace
