@@ -19,8 +19,8 @@ const char kUsage[] = R"(pnotool makes panorama files (.pno) and looks into them
 make: turns an equirectangular picture, twice as wide as high, into a panorama file: a
 pyramid of 256 x 256 JPEG tiles. PICTURE is JPEG, PNG or TIFF, 256 to 131072 pixels wide,
 and is read as a stream: memory stays at a few hundred MiB however large it is, except that
-a progressive JPEG takes 3 to 6 bytes a pixel and an interlaced PNG 3. What is transparent
-stands on black; colour profiles and orientation marks are not applied. The crop that GPano
+an interlaced PNG takes 3 bytes a pixel; a large progressive JPEG takes up to 6 bytes a
+pixel of temporary disk space. What is transparent stands on black; colour profiles and orientation marks are not applied. The crop that GPano
 XMP states is followed, and the capture time of EXIF is taken (1970-01-01 without one).
 FILE.pno appears under its name only when it is whole. With a folder, every picture in it
 is made into NAME.pno in the folder --out; one that fails is named, and the others go on.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Picture files of every kind as rows of RGB.
+#include "companions/pnotool/input/JpegSource.h"
 #include "companions/pnotool/input/PictureSource.h"
 #include "companions/pnotool/input/RangeInput.h"
 #include "tests/pnomaker/JpegFiles.h"
@@ -147,6 +148,25 @@ TEST(PictureInput, ReadsEveryKindOfJpeg)
         ASSERT_TRUE(writeJpeg(folder.path("a.jpg"), picture, form));
         expectPicture(folder.path("a.jpg"), expected, 10);
     }
+}
+
+TEST(PictureInput, AProgressiveJpegReadsTheSameWithItsCoefficientsOnDisk)
+{
+    const TemporaryFolder folder;
+    JpegForm form;
+    form.progressive = true;
+    PaintedPicture picture(2001, 1500, [](int x, int y) {
+        return Rgb{std::uint8_t(x * y / 99), std::uint8_t(x), std::uint8_t(y)};
+    });
+    ASSERT_TRUE(writeJpeg(folder.path("a.jpg"), picture, form));
+    pnotool::JpegSource inMemory(folder.path("a.jpg")), onDisk(folder.path("a.jpg"), 0);
+    ASSERT_TRUE(inMemory.open());
+    ASSERT_TRUE(onDisk.open());
+    const std::vector<std::uint8_t> rgb = readAll(inMemory);
+    ASSERT_FALSE(rgb.empty());
+    EXPECT_EQ(readAll(onDisk), rgb);
+    ASSERT_TRUE(onDisk.rewind());
+    EXPECT_EQ(readAll(onDisk), rgb);
 }
 
 TEST(PictureInput, EveryKindCutOffIsAnErrorNotAGreyArea)

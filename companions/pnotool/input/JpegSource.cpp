@@ -3,6 +3,8 @@
 
 #include "companions/pnotool/input/JpegSource.h"
 
+#include "companions/pnotool/input/SpilledCoefficients.h"
+
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
@@ -22,6 +24,7 @@ struct JpegSource::Decoder
     bool damaged = false;
     jpeg_decompress_struct info = {};
     std::FILE* file = nullptr;
+    std::unique_ptr<SpilledCoefficients> coefficients;
     bool started = false; ///< past the header
     bool cmyk = false;
     std::vector<std::uint8_t> inkRow; ///< one row of CMYK
@@ -75,8 +78,9 @@ void inksToRgb(const std::uint8_t* inks, int width, bool inverted, std::uint8_t*
 
 } // namespace
 
-JpegSource::JpegSource(std::string path)
+JpegSource::JpegSource(std::string path, std::uint64_t spillAbove_bytes)
     : m_path(std::move(path))
+    , m_spillAbove_bytes(spillAbove_bytes)
 {}
 
 JpegSource::~JpegSource() = default;
@@ -95,6 +99,7 @@ bool JpegSource::open()
     keepMarkers();
     decoder.cmyk = decoder.info.jpeg_color_space == JCS_CMYK || decoder.info.jpeg_color_space == JCS_YCCK;
     decoder.info.out_color_space = decoder.cmyk ? JCS_CMYK : JCS_RGB;
+    decoder.coefficients = SpilledCoefficients::install(decoder.info, m_spillAbove_bytes);
     jpeg_calc_output_dimensions(&decoder.info);
     return true;
 }

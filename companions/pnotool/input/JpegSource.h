@@ -7,13 +7,14 @@
 
 namespace pnotool {
 
-/// A JPEG picture as a stream of rows: baseline or progressive, grey, colour, CMYK. A progressive one needs
-/// its coefficients in memory, 3 to 6 bytes a pixel; any other a few rows. Damaged or cut-off data is an
+/// A JPEG picture as a stream of rows: baseline or progressive, grey, colour, CMYK. Takes memory for a few
+/// rows; the coefficients of a large progressive one lie in a temporary file. Damaged or cut-off data is an
 /// error, not a grey area.
 class JpegSource : public PictureSource
 {
 public:
-    explicit JpegSource(std::string path);
+    /// @param spillAbove_bytes  coefficients that take more than this lie in a temporary file
+    explicit JpegSource(std::string path, std::uint64_t spillAbove_bytes = std::uint64_t(128) << 20);
     ~JpegSource() override;
 
     bool open();
@@ -27,6 +28,7 @@ private:
     void keepMarkers();
 
     std::string m_path;
+    std::uint64_t m_spillAbove_bytes;
     std::unique_ptr<Decoder> m_decoder;
 };
 
