@@ -95,15 +95,22 @@ bool Tourwright::saveTo(const QString& path)
 
 void Tourwright::reset()
 {
+    // First of all: the progress bar repaints the whole window at once, and no view may then show what is
+    // gone.
+    emptyViews();
     clearProject(m_project);
     m_linker->reset();
     m_ui->progressAuto->setValue(0);
     whitenLinkImages();
+    // Before the hand-over there is no working folder, and an empty name would mean the current one.
+    if (!m_project.folders.working.isEmpty()) clearWorkingFolder(m_project.folders.working);
+}
+
+void Tourwright::emptyViews()
+{
     clearLinkViews();
     m_ui->widgetPhoto->clear();
     m_ui->widgetPlan->clear();
     m_ui->widgetPic->clear();
     m_ui->widgetPntCloud->ResetPointCloud();
-    // Before the hand-over there is no working folder, and an empty name would mean the current one.
-    if (!m_project.folders.working.isEmpty()) clearWorkingFolder(m_project.folders.working);
 }
