@@ -72,6 +72,9 @@ tourwright-batch link FILE.pno... --work DIR --out TOUR.roa [options]
     --map 2d|3d [--scene indoor|outdoor] [--density high|mid|low] [--pts] [--bin]
                      not supported yet
 
+tourwright-batch open TOUR.roa --work DIR [--report R.json] [--out COPY.roa]
+    Reads a saved tour into DIR, hands it to the linking library, and on request reports on it and saves it again.
+
 tourwright-batch compare REPORT.json TRUTH.json
     Prints the report's poses against the true ones of a made-up building, aligned by one rigid motion (by a
     similarity where there is no lidar), and its links against who truly sees whom.

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// tourwright-batch: import, link and save a tour without a window.
+// tourwright-batch: import, link, save and open a tour without a window.
 
 #include "companions/batch/CommandLine.h"
 #include "companions/batch/CompareCommand.h"
 #include "companions/batch/LinkCommand.h"
+#include "companions/batch/OpenCommand.h"
 #include "linking/NexomapLinker.h"
 #include "project/LocalText.h"
 #include "project/ProjectFolders.h"
@@ -21,6 +22,17 @@ int link(const QStringList& arguments)
     NexomapLinker linker(asFolder(QCoreApplication::applicationDirPath()));
     if (!linker.available()) return refused(linker.problem());
     const int status = runLink(*parsed.options, linker);
+    linker.clean();
+    return status;
+}
+
+int open(const QStringList& arguments)
+{
+    const Parsed<OpenOptions> parsed = parseOpenOptions(arguments);
+    if (!parsed.options) return wrongUsage(parsed.error);
+    NexomapLinker linker(asFolder(QCoreApplication::applicationDirPath()));
+    if (!linker.available()) return refused(linker.problem());
+    const int status = runOpen(*parsed.options, linker);
     linker.clean();
     return status;
 }
@@ -43,6 +55,7 @@ int main(int argc, char** argv)
         return printHelp();
     const QString command = arguments.takeFirst();
     if (command == QLatin1String("link")) return link(arguments);
+    if (command == QLatin1String("open")) return open(arguments);
     if (command == QLatin1String("compare")) return compare(arguments);
     return wrongUsage(QStringLiteral("there is no command \"%1\"").arg(command));
 }
