@@ -5,6 +5,7 @@
 
 #include "project/TourContainer.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tourxml {
@@ -66,7 +67,10 @@ QString panorama(const PanoNode& node)
 
 QString fixedPoint(double value, int digits)
 {
-    return QString::number(std::isfinite(value) ? value : 0.0, 'f', digits);
+    const QString text = QString::number(std::isfinite(value) ? value : 0.0, 'f', digits);
+    // What rounds to zero is zero: a sign would be lost on reading, and saving again would change the file.
+    const auto counts = [](QChar c) { return c >= u'1' && c <= u'9'; };
+    return std::any_of(text.begin(), text.end(), counts) || !text.startsWith(u'-') ? text : text.mid(1);
 }
 
 QString identityText(const char (&name)[16])

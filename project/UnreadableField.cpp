@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "project/UnreadableField.h"
+
+#include "project/LocalText.h"
+#include "project/RecordName.h"
+#include "project/TourContainer.h"
+#include "project/TourXml.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+bool hasPlaceInXml(QChar c)
+{
+    const ushort code = c.unicode();
+    return (code >= 0x20 || code == '\t' || code == '\n' || code == '\r') && code < 0xFFFE;
+}
+
+bool fitsContent(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), hasPlaceInXml);
+}
+
+bool fitsAttribute(const QString& text)
+{
+    return fitsContent(text) && std::none_of(text.begin(), text.end(),
+                                             [](QChar c) { return c == u'"' || c == u'&' || c == u'<'; });
+}
+
+/// The base name stands between tags as well.
+bool fitsBaseName(const QString& text)
+{
+    return fitsAttribute(text) && !text.contains(QLatin1String("]]>"));
+}
+
+bool fitsRecordName(const QString& path)
+{
+    const QString name = tour::fileNameOf(path);
+    return tour::isBareName(name) && localtext::toLocal(name).size() < tour::kNameBytes;
+}
+
+class Search
+{
+public:
+    void look(bool fits, const char* field, const QString& text)
+    {
+        if (!fits && !m_found)
+            m_found = UnreadableField{QCoreApplication::translate("UnreadableField", field), text};
+    }
+
+    void look(const PanoNode& node)
+    {
+        const QString identity = tourxml::identityText(node.parameters.identity);
+        look(fitsAttribute(identity), QT_TRANSLATE_NOOP("UnreadableField", "panorama identity"), identity);
+        look(fitsBaseName(node.base_name), QT_TRANSLATE_NOOP("UnreadableField", "panorama name"),
+             node.base_name);
+        look(fitsRecordName(node.file_path),
+             QT_TRANSLATE_NOOP("UnreadableField", "file name of the panorama"),
+             tour::fileNameOf(node.file_path));
+        for (const PhotoHotspot& photo : node.photos)
+            if (!photo.photo_path.isEmpty()) look(photo);
+        for (const InfoHotspot& info : node.infos) {
+            look(fitsAttribute(info.caption), QT_TRANSLATE_NOOP("UnreadableField", "caption of the text"),
+                 info.caption);
+            look(fitsContent(info.content), QT_TRANSLATE_NOOP("UnreadableField", "content of the text"),
+                 info.content);
+        }
+    }
+
+    std::optional<UnreadableField> found() const { return m_found; }
+
+private:
+    void look(const PhotoHotspot& photo)
+    {
+        const QString name = tour::fileNameOf(photo.photo_path);
+        look(fitsAttribute(photo.caption), QT_TRANSLATE_NOOP("UnreadableField", "caption of the photo"),
+             photo.caption);
+        look(fitsAttribute(name) && fitsRecordName(photo.photo_path),
+             QT_TRANSLATE_NOOP("UnreadableField", "file name of the photo"), name);
+    }
+
+    std::optional<UnreadableField> m_found;
+};
+
+} // namespace
+
+std::optional<UnreadableField> firstUnreadableField(const RoamProject& project)
+{
+    Search search;
+    for (const auto& node : project.panoramas)
+        search.look(*node);
+    return search.found();
+}
