@@ -67,3 +67,132 @@ TEST(PairPose, WithoutLidarHasDirectionAndNoScale)
     EXPECT_LT(rotationError_deg(poseOf(*pose), scene.truth()), 0.2);
     EXPECT_GT(pose->t_0_from_1.dot(scene.truth().t.normalized()), std::cos(1.0 * kDegree));
 }
+
+TEST(PairPose, LidarOnOneSideOnlyIsLinkedByThePictures)
+{
+    const TwoCameras scene;
+    const auto p0 = scene.panorama(0, true), p1 = scene.panorama(1, false);
+    const auto pose = matchPair(*p0, *p1);
+    ASSERT_TRUE(pose);
+    EXPECT_LT(rotationError_deg(poseOf(*pose), scene.truth()), 0.2);
+    EXPECT_GT(pose->t_0_from_1.normalized().dot(scene.truth().t.normalized()), std::cos(1.0 * kDegree));
+}
+
+TEST(PairPose, TheOtherWayRoundIsTheInverse)
+{
+    const TwoCameras scene;
+    const auto p0 = scene.panorama(0, true), p1 = scene.panorama(1, true);
+    const auto there = matchPair(*p0, *p1), back = matchPair(*p1, *p0);
+    ASSERT_TRUE(there && back);
+    EXPECT_LT((there->R_0_from_1 * back->R_0_from_1 - Eigen::Matrix3d::Identity()).norm(), 1e-12);
+    EXPECT_LT((there->R_0_from_1 * back->t_0_from_1 + there->t_0_from_1).norm(), 1e-12);
+    EXPECT_EQ(there->inliers.size(), back->inliers.size());
+    EXPECT_EQ(there->reliability, back->reliability);
+    EXPECT_FLOAT_EQ(there->inliers[0].range_0_m, back->inliers[0].range_1_m);
+}
+
+TEST(PairPose, OneThreadAndTwoGiveTheSameToTheBit)
+{
+    const TwoCameras scene;
+    const int threads = cv::getNumThreads();
+    std::vector<std::optional<PairPose>> poses;
+    std::vector<std::vector<std::uint8_t>> descriptors;
+    for (const int count : {1, 2, 4}) {
+        cv::setNumThreads(count);
+        const auto p0 = scene.panorama(0, true), p1 = scene.panorama(1, true);
+        descriptors.push_back(p0->features.descriptors);
+        poses.push_back(matchPair(*p0, *p1));
+        ASSERT_TRUE(poses.back());
+    }
+    cv::setNumThreads(threads);
+    for (std::size_t i = 1; i < poses.size(); ++i) {
+        EXPECT_EQ(descriptors[i], descriptors[0]);
+        EXPECT_EQ(poses[i]->R_0_from_1, poses[0]->R_0_from_1);
+        EXPECT_EQ(poses[i]->t_0_from_1, poses[0]->t_0_from_1);
+        EXPECT_EQ(poses[i]->inliers.size(), poses[0]->inliers.size());
+    }
+}
+
+TEST(PairPose, TheSamePictureTwiceIsNoMovement)
+{
+    const TwoCameras scene;
+    const auto p0 = scene.panorama(0, false);
+    auto copy = *p0;
+    copy.id = "CCCCCCCCCCCCCC";
+    const auto pose = matchPair(*p0, copy);
+    ASSERT_TRUE(pose);
+    EXPECT_TRUE(pose->rotation_only);
+    EXPECT_LT(Eigen::AngleAxisd(pose->R_0_from_1).angle(), 1e-6);
+
+    const auto with_range = scene.panorama(0, true);
+    copy = *with_range;
+    copy.id = "CCCCCCCCCCCCCC";
+    const auto metric = matchPair(*with_range, copy);
+    ASSERT_TRUE(metric);
+    EXPECT_LT(metric->t_0_from_1.norm(), 1e-3);
+    EXPECT_LT(Eigen::AngleAxisd(metric->R_0_from_1).angle(), 1e-4);
+}
+
+TEST(PairPose, APictureTurnedAboutTheVerticalIsAPureHeadingChange)
+{
+    const TwoCameras scene;
+    MadeUpRoom::Shot shot = scene.room.shoot(scene.world_from_0, 2048);
+    const auto p0 = panoramaOf("AAAAAAAAAAAAAA", shot, false);
+    // 300 columns to the right: azimuth 0 of the turned one lies 300 columns further left in the first.
+    MadeUpRoom::Shot turned{cv::Mat3b(shot.picture.size()), shot.range_mm};
+    for (int x = 0; x < 2048; ++x)
+        shot.picture.col(x).copyTo(turned.picture.col((x + 300) % 2048));
+    const auto p1 = panoramaOf("BBBBBBBBBBBBBB", turned, false);
+    const auto pose = matchPair(*p0, *p1);
+    ASSERT_TRUE(pose);
+    EXPECT_TRUE(pose->rotation_only);
+    const Eigen::Matrix3d truth = headingRotation(2.0 * kPi * 300 / 2048);
+    EXPECT_LT(Eigen::AngleAxisd(pose->R_0_from_1.transpose() * truth).angle() / kDegree, 0.02);
+}
+
+TEST(PairPose, RoomsThatHaveNothingInCommonAreRefused)
+{
+    const TwoCameras scene;
+    TwoCameras elsewhere;
+    elsewhere.room.seed = 77;
+    elsewhere.room.walls = {{0, 0, 0}, {4.2, 7.0, 2.5}};
+    elsewhere.room.furniture = {{{0.0, 3.0, 0.0}, {1.0, 4.0, 0.9}}};
+    for (const bool with_range : {true, false}) {
+        const auto p0 = scene.panorama(0, with_range), p1 = elsewhere.panorama(1, with_range);
+        EXPECT_FALSE(matchPair(*p0, *p1)) << with_range;
+    }
+}
+
+TEST(PairPose, BareWallsWithoutLidarAreRefused)
+{
+    TwoCameras scene;
+    scene.room.blankness = 0.995;
+    const auto p0 = scene.panorama(0, false), p1 = scene.panorama(1, false);
+    EXPECT_FALSE(matchPair(*p0, *p1));
+}
+
+TEST(PairPose, NumbersThatAreNoneAndMissingFeaturesEndInRefusal)
+{
+    const TwoCameras scene;
+    auto p0 = scene.panorama(0, true);
+    const auto p1 = scene.panorama(1, true);
+    for (auto& bearing : p0->features.bearings)
+        bearing.x() = std::nanf("");
+    EXPECT_FALSE(matchPair(*p0, *p1));
+    Panorama empty;
+    empty.id = "DDDDDDDDDDDDDD";
+    EXPECT_FALSE(matchPair(empty, *p1));
+    EXPECT_FALSE(matchPair(*p1, empty));
+    EXPECT_FALSE(matchPair(empty, empty));
+}
+
+TEST(PairPose, AMapWithItsFarHalfMissingStillLinks)
+{
+    const TwoCameras scene;
+    auto shot = scene.room.shoot(scene.world_from_0, 2048, 0.006);
+    shot.range_mm.colRange(0, 900).setTo(0);
+    const auto p0 = panoramaOf("AAAAAAAAAAAAAA", shot, true), p1 = scene.panorama(1, true);
+    const auto pose = matchPair(*p0, *p1);
+    ASSERT_TRUE(pose);
+    EXPECT_LT((pose->t_0_from_1 - scene.truth().t).norm(), 0.02);
+}
