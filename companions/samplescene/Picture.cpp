@@ -53,9 +53,10 @@ void Picture::rectangle(Vec2 center, Vec2 half, float angle, Vec3 color)
 {
     const float c = std::cos(angle);
     const float s = std::sin(angle);
-    const float reach = std::fabs(half.x) + std::fabs(half.y) + 1;
-    for (int y = static_cast<int>(center.y - reach); y <= static_cast<int>(center.y + reach); ++y) {
-        for (int x = static_cast<int>(center.x - reach); x <= static_cast<int>(center.x + reach); ++x) {
+    const float reachX = std::fabs(c) * half.x + std::fabs(s) * half.y + 1;
+    const float reachY = std::fabs(s) * half.x + std::fabs(c) * half.y + 1;
+    for (int y = static_cast<int>(center.y - reachY); y <= static_cast<int>(center.y + reachY); ++y) {
+        for (int x = static_cast<int>(center.x - reachX); x <= static_cast<int>(center.x + reachX); ++x) {
             const float dx = static_cast<float>(x) + 0.5f - center.x;
             const float dy = static_cast<float>(y) + 0.5f - center.y;
             if (std::fabs(c * dx + s * dy) <= half.x && std::fabs(c * dy - s * dx) <= half.y)

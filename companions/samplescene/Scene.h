@@ -54,7 +54,10 @@ struct Sight
 /// Builds the place and puts the panoramas into it. Equal options give equal scenes, whatever the threads.
 Scene makeScene(const Options& options);
 
+/// All of `Sight` but the shares, which take thousands of rays.
 /// @param station0, station1  indices into scene.stations
+Sight lineOfSight(const Scene& scene, int station0, int station1);
+/// With the shares.
 Sight sightBetween(const Scene& scene, int station0, int station1);
 
 struct Rendering

@@ -51,7 +51,7 @@ double shareSeen(const Scene& scene, int a, int b)
 
 } // namespace
 
-Sight sightBetween(const Scene& scene, int station0, int station1)
+Sight lineOfSight(const Scene& scene, int station0, int station1)
 {
     const Station& s0 = scene.stations[static_cast<std::size_t>(station0)];
     const Station& s1 = scene.stations[static_cast<std::size_t>(station1)];
@@ -69,6 +69,12 @@ Sight sightBetween(const Scene& scene, int station0, int station1)
     sight.eyeFree = eye(true);
     sight.throughGlass = !sight.eyeFree && eye(false);
     sight.footFree = free(w0, eyeOf(s0), footOf(s1), true) && free(w1, eyeOf(s1), footOf(s0), true);
+    return sight;
+}
+
+Sight sightBetween(const Scene& scene, int station0, int station1)
+{
+    Sight sight = lineOfSight(scene, station0, station1);
     sight.shareOf0 = shareSeen(scene, station0, station1);
     sight.shareOf1 = shareSeen(scene, station1, station0);
     return sight;

@@ -157,6 +157,8 @@ std::vector<Station> chooseStations(const Options& options, const std::vector<Zo
     for (std::size_t i = 0; i < list.size(); ++i)
         jitter.push_back(random.uniform());
     const float good = options.kind == Kind::Street ? 4.2f : 2.8f; // metres from station to station
+    // A room behind a shut door is worth a station of its own; otherwise all are to be joined by sight.
+    const float unseenPenalty = options.closedDoors > 0 ? 1.5f : 50.0f;
     std::vector<Station> stations;
     while (static_cast<int>(stations.size()) < options.count) {
         Candidate* best = nullptr;
@@ -175,7 +177,7 @@ std::vector<Station> chooseStations(const Options& options, const std::vector<Zo
                 if (taken[c.zone] == 0) score += 2.5f;
                 score -= 6.0f * static_cast<float>(taken[c.zone]) / std::max(4.0f, area);
                 if (c.seen == 0)
-                    score -= 50; // only where shut doors leave no other way
+                    score -= unseenPenalty;
                 else
                     score -= 0.6f * std::fabs(c.nearest - good);
                 score += 0.3f * static_cast<float>(std::min(c.seen, 3));
