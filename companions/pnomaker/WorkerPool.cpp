@@ -40,7 +40,7 @@ void WorkerPool::submit(std::function<void()> job)
 
 void WorkerPool::forEach(int count, const std::function<void(int)>& body)
 {
-    /// Shared by the helpers, some of which may start only after everything is done.
+    /// Shared by the threads that take part, some of which may start only after everything is done.
     struct Share
     {
         std::function<void(int)> body;
@@ -73,8 +73,8 @@ void WorkerPool::forEach(int count, const std::function<void(int)>& body)
     share->count = count;
     {
         const std::lock_guard<std::mutex> guard(m_lock);
-        const int helpers = std::min(count - 1, static_cast<int>(m_threads.size()));
-        for (int i = 0; i < helpers; ++i)
+        const int partners = std::min(count - 1, static_cast<int>(m_threads.size()));
+        for (int i = 0; i < partners; ++i)
             m_jobs.emplace_front([share] { share->work(); });
     }
     m_wake.notify_all();
