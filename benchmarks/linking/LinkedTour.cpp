@@ -60,7 +60,7 @@ double secondsSince(std::chrono::steady_clock::time_point start)
 
 int main(int argc, char** argv)
 {
-    if (argc < 2) return std::fprintf(stderr, "usage: linked_tour FOLDER [WORK]\n"), 2;
+    if (argc < 2) return std::fprintf(stderr, "usage: linked_tour FOLDER [WORK [2d|3d]]\n"), 2;
     const std::filesystem::path folder = argv[1];
     const std::filesystem::path work =
         argc > 2 ? std::filesystem::path(argv[2]) : std::filesystem::temp_directory_path() / "linked_tour";
@@ -170,6 +170,14 @@ int main(int argc, char** argv)
     }
     std::printf("links %zu, of them with sight %d; neighbours within 6 m that see each other %d, linked %d\n",
                 links.size(), right, near, near_linked);
+    if (argc > 3) {
+        const auto merging = std::chrono::steady_clock::now();
+        NexomapAutoCreatePanoMatch();
+        const bool cloud = std::string(argv[3]) == "3d";
+        const int status = NexomapMergePointCloud(1, 3, 1, 2, cloud ? 1 : 0);
+        std::printf("links after completing %d; merge: status %d, %.2f s\n", NexomapGetPanoMatchNum(), status,
+                    secondsSince(merging));
+    }
     NexomapClean();
     return 0;
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "nexomap/src/pair/Sphere.h"
 #include "nexomap/src/PairPose.h"
 #include "nexomap/src/Panorama.h"
 
@@ -13,8 +14,15 @@
 
 namespace nexomap {
 
+/// A panorama's colours, columns from azimuth +pi to -pi, rows between two polar angles.
+struct ColourPicture
+{
+    cv::Mat3b pixels; ///< BGR
+    double polar_min = 0.0, polar_max = kPi;
+};
+
 /// Where panoramas and their relative poses come from. The library reads panorama files; tests hand in
-/// made-up ones. All three may be called from several threads at once.
+/// made-up ones. All may be called from several threads at once.
 struct FrontEnd
 {
     /// Identity text of a panorama file, without reading its pictures; nullopt with one line in *error.
@@ -22,6 +30,8 @@ struct FrontEnd
     /// The whole panorama; null with one line in *error.
     std::function<std::shared_ptr<const Panorama>(const std::string& path, std::string* error)> load;
     std::function<std::optional<PairPose>(const Panorama&, const Panorama&)> match;
+    /// Colours at about 4096 pixels of width; empty: there are none better than the panorama's preview.
+    std::function<ColourPicture(const Panorama&)> colours;
 };
 
 /// Reads panorama files and matches their pictures and ranges.

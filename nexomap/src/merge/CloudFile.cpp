@@ -23,7 +23,11 @@ Eigen::Vector3d CloudGrid::originMetres() const
 CloudGrid gridFor(const Eigen::Vector3d& low, const Eigen::Vector3d& high, int cell_cm)
 {
     CloudGrid grid;
-    const Eigen::Vector3d size = high - low;
+    // The format subtracts its origin as an unsigned number, so a box cannot begin beyond the world's origin:
+    // there the origin is 0 and the numbers grow.
+    for (int axis = 0; axis < 3; ++axis)
+        grid.origin[axis] = std::uint32_t(std::ceil(std::max(0.0, -low[axis]) / kOriginUnit_m));
+    const Eigen::Vector3d size = high + grid.originMetres();
     // Only divisors of 100 give the steps they promise: the view divides whole numbers.
     for (const int divisor : {1, 2, 5, 10, 20, 50, 100}) {
         grid.unit_divisor = std::uint32_t(divisor);
@@ -32,13 +36,8 @@ CloudGrid gridFor(const Eigen::Vector3d& low, const Eigen::Vector3d& high, int c
                           (size.x() * steps + 2) * (size.y() * steps + 2) <= kMostCells;
         if (divisor >= cell_cm && fits) break;
     }
-    // The format subtracts its origin as an unsigned number, so a box cannot begin beyond the world's origin:
-    // there the origin is 0 and the numbers grow.
-    for (int axis = 0; axis < 3; ++axis)
-        grid.origin[axis] = std::uint32_t(std::ceil(std::max(0.0, -low[axis]) / kOriginUnit_m));
-    const Eigen::Vector3d from = grid.originMetres();
-    grid.width = std::uint32_t(std::ceil((high.x() + from.x()) * grid.stepsPerMetre())) + 1;
-    grid.height = std::uint32_t(std::ceil((high.y() + from.y()) * grid.stepsPerMetre())) + 1;
+    grid.width = std::uint32_t(std::ceil(size.x() * grid.stepsPerMetre())) + 1;
+    grid.height = std::uint32_t(std::ceil(size.y() * grid.stepsPerMetre())) + 1;
     return grid;
 }
 

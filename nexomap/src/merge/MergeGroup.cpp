@@ -3,11 +3,158 @@
 
 #include "nexomap/src/merge/MergeGroup.h"
 
-namespace nexomap {
+#include "nexomap/src/merge/CloudCompression.h"
+#include "nexomap/src/merge/PlanPicture.h"
+#include "nexomap/src/merge/PointFiles.h"
+#include "nexomap/src/merge/SurfaceSampling.h"
+#include "nexomap/src/merge/VoxelCloud.h"
 
-void mergeGroup(Model&, const Workplace&, const MergeOptions&)
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace nexomap {
+namespace {
+
+constexpr double kFarthest_m = 60.0; // beyond it cells of the range map are wider than any surface is useful
+constexpr double kPlanPixel_m = 0.02;
+
+struct Box
 {
-    throw Failure(NEXOMAP_CANNOT_SOLVE, "merging is not there yet");
+    Eigen::Vector3d low = Eigen::Vector3d::Constant(1e9), high = Eigen::Vector3d::Constant(-1e9);
+    void add(const Eigen::Vector3d& p) { low = low.cwiseMin(p), high = high.cwiseMax(p); }
+};
+
+std::vector<MergeStation> stationsOf(const Model& model, const Workplace& workplace,
+                                     const std::vector<int>& group, bool indoor)
+{
+    std::vector<MergeStation> stations;
+    for (const int n : group) {
+        const Node& node = model.nodes[n];
+        const Panorama& panorama = node.source->get(workplace.front_end);
+        if (!panorama.metric()) continue;
+        MergeStation station{&panorama, node.pose, node.up, 0.0};
+        if (indoor) station.ceiling_m = ceilingAbove(panorama, node.pose, node.up);
+        stations.push_back(station);
+    }
+    return stations;
+}
+
+cv::Vec3b colourAt(const ColourPicture& picture, const Eigen::Vector3d& direction)
+{
+    const EquirectGrid grid{picture.pixels.cols, picture.pixels.rows, picture.polar_min, picture.polar_max};
+    const Eigen::Vector2d pixel = grid.pixel(direction);
+    return picture.pixels(std::clamp(int(pixel.y()), 0, picture.pixels.rows - 1),
+                          std::clamp(int(pixel.x()), 0, picture.pixels.cols - 1));
+}
+
+ColourPicture coloursOf(const Workplace& workplace, const Panorama& panorama)
+{
+    ColourPicture picture;
+    if (workplace.front_end.colours) picture = workplace.front_end.colours(panorama);
+    if (picture.pixels.empty()) picture = {panorama.preview, 0.0, kPi};
+    return picture;
+}
+
+/// The cell of a world point; false outside the grid.
+bool cellAt(const CloudGrid& grid, const Eigen::Vector3d& world, std::array<std::uint16_t, 3>* cell)
+{
+    const Eigen::Vector3d at = world + grid.originMetres();
+    for (int axis = 0; axis < 3; ++axis) {
+        const double number =
+            std::floor(at[axis] * (axis < 2 ? grid.stepsPerMetre() : grid.stepsPerMetreZ()));
+        if (number < 0.0 || number > 65535.0) return false;
+        (*cell)[axis] = std::uint16_t(number);
+    }
+    return true;
+}
+
+Bytes png(const cv::Mat& picture)
+{
+    Bytes bytes;
+    cv::imencode(".png", picture, bytes, {cv::IMWRITE_PNG_COMPRESSION, 3});
+    return bytes;
+}
+
+} // namespace
+
+void mergeGroup(Model& model, const Workplace& workplace, const MergeOptions& options)
+{
+    const std::vector<std::vector<int>> groups = model.groups();
+    if (groups.empty()) throw Failure(NEXOMAP_CANNOT_SOLVE, "there is no panorama to merge");
+    const std::vector<int>& group = groups.front();
+    const std::vector<MergeStation> stations = stationsOf(model, workplace, group, options.indoor);
+    if (stations.empty()) throw Failure(NEXOMAP_CANNOT_SOLVE, "no panorama of the largest group has lidar");
+
+    Box box;
+    const auto wanted = [&](const Eigen::Vector3d& world, double range) {
+        return range <= kFarthest_m && !(options.indoor && isCeiling(stations, world));
+    };
+    for (const MergeStation& station : stations)
+        forEachSurfacePoint(station, [&](const Eigen::Vector3d& world, double range, const Eigen::Vector3d&) {
+            if (wanted(world, range)) box.add(world);
+        });
+    if (box.low.x() > box.high.x()) throw Failure(NEXOMAP_CANNOT_SOLVE, "the lidar shows no surface");
+    const int cell_cm = options.density == 2 ? 1 : options.density == 1 ? 2 : 5;
+    const CloudGrid grid = gridFor(box.low, box.high, cell_cm);
+
+    VoxelCloud cloud;
+    for (const MergeStation& station : stations) {
+        const ColourPicture colours = coloursOf(workplace, *station.panorama);
+        std::vector<VoxelSample> samples;
+        forEachSurfacePoint(
+            station, [&](const Eigen::Vector3d& world, double range, const Eigen::Vector3d& direction) {
+                std::array<std::uint16_t, 3> cell;
+                if (!wanted(world, range) || !cellAt(grid, world, &cell)) return;
+                const cv::Vec3b bgr = colourAt(colours, direction);
+                samples.push_back({mortonKey(cell[0], cell[1], cell[2]),
+                                   float(1.0 / std::max(0.01, range * range)), bgr[2], bgr[1], bgr[0]});
+            });
+        cloud.add(samples);
+    }
+    const std::vector<CloudPoint> points = cloud.points();
+
+    const PlanRaster raster = rasterFor(box.low, box.high, std::max(kPlanPixel_m, cell_cm * 0.01));
+    const cv::Mat3b colour = topView(points, grid, raster);
+    cv::Mat1b grey;
+    cv::cvtColor(colour, grey, cv::COLOR_BGR2GRAY);
+    const std::string id = model.nodes[group.front()].name + "-00000000";
+    const std::string name = model.nodes[group.front()].name + "_" + model.nodes[group.back()].name + "_" +
+                             std::to_string(group.size());
+    std::vector<std::pair<std::string, Bytes>> files{{id + ".tmp", encodeCloud(grid, points)},
+                                                     {name + "-gray.png", png(grey)},
+                                                     {name + "-color.png", png(colour)}};
+    if (!options.cloud_map) {
+        std::vector<double> floors;
+        for (const int n : group) {
+            const Node& node = model.nodes[n];
+            floors.push_back(node.pose.t.z() - (node.height_m > 0.0 ? node.height_m : 1.5));
+        }
+        std::nth_element(floors.begin(), floors.begin() + floors.size() / 2, floors.end());
+        files.emplace_back(id + ".png", png(wallPlan(points, grid, raster, floors[floors.size() / 2])));
+    }
+    if (options.pts) {
+        writePts(workplace.folder.pathOf(name + "-group.pts"), points, grid);
+        writePts(workplace.folder.pathOf(name + "-concise.pts"),
+                 thinned(points, std::max(1, int(std::lround(0.05 * grid.stepsPerMetre())))), grid);
+    }
+    if (options.binary) writePointBinary(workplace.folder.pathOf(name + "-group.bin"), points, grid);
+    workplace.folder.writeAll(files);
+    compressCloudFile(workplace.folder.pathOf(id + ".tmp").string());
+    workplace.folder.makeNewest(id + ".tmp");
+    workplace.folder.makeNewest(options.cloud_map ? name + "-color.png" : id + ".png");
+
+    for (const int n : group) {
+        Node& node = model.nodes[n];
+        std::array<std::uint16_t, 3> cell{};
+        const Eigen::Vector2i pixel = raster.pixelOf(node.pose.t);
+        if (options.cloud_map && !cellAt(grid, node.pose.t, &cell)) continue;
+        node.plan_x = options.cloud_map ? int(cell[0]) : pixel.x();
+        node.plan_y = options.cloud_map ? int(cell[1]) : pixel.y();
+        node.plan_name = id + (options.cloud_map ? ".cld" : ".png");
+    }
 }
 
 } // namespace nexomap

@@ -62,15 +62,18 @@ void countPlaces(const std::vector<Correspondence>& matches, const std::vector<i
 
 double metricReliability(const Evidence& e)
 {
-    if (e.inliers < 8 || e.ranges.samples < 200) return 0.0;
+    // A right pose finds more matches than it was made from; those count half, less what chance finds.
+    const double support = std::max(double(e.inliers), 0.5 * e.guided - 2.0 * e.chance);
+    if (e.inliers < 5 || support < 8.0 || e.ranges.samples < 200) return 0.0;
     const double seen = e.ranges.agree + e.ranges.violation;
     const double clear = seen > 0.0 ? e.ranges.agree / seen : 0.0; // agreement where neither hides the other
     double z =
-        0.25 * (std::min(e.inliers, 40) - 12) + 20.0 * (clear - 0.85) + 0.3 * (std::min(e.cells, 8) - 3);
-    z -= 6.0 * std::max(0.0, e.second_share - 0.4);
-    z -= 2.0 * std::max(0.0, e.rms - 2.0);
+        0.25 * (std::min(support, 30.0) - 12.0) + 25.0 * (clear - 0.8) + 0.3 * (std::min(e.cells, 8) - 3);
+    z += 0.1 * (std::min(e.guided, 60) - 4.0 * e.chance - 20.0);
+    z -= 6.0 * std::max(0.0, e.second_share * e.inliers / support - 0.4);
+    z -= 2.0 * std::max(0.0, e.rms - 6.0);
     z -= std::max(0.0, e.lean / kDegree - 3.0);
-    if (e.ranges.agree < 0.02) z -= 4.0;
+    if (e.ranges.agree < 0.02) z -= 8.0; // too little in common to be confirmed
     return logistic(z);
 }
 
@@ -83,7 +86,7 @@ double bearingReliability(const Evidence& e)
     z -= 0.5 * std::max(0, 6 - e.outside) * (e.inliers < 60 ? 1.0 : 0.3);
     z -= std::max(0.0, e.direction_sigma / kDegree - 1.5);
     // Stairs exist, but a station far above or below is mostly a false pose.
-    z -= 0.35 * std::max(0.0, std::abs(e.elevation) / kDegree - 6.0);
+    z -= 0.6 * std::max(0.0, std::abs(e.elevation) / kDegree - 4.0);
     z -= 8.0 * std::max(0.0, e.second_share - 0.4);
     z -= std::max(0.0, e.lean / kDegree - 3.0);
     return logistic(z);
