@@ -52,7 +52,7 @@ OpenResult readRecords(RoamProject& project, Linker& linker, const QString& path
     case TourReader::Start::CannotOpen:
         return {OpenOutcome::Failed, path, tour.error()};
     case TourReader::Start::NotATour:
-        return {OpenOutcome::Failed, path, say("it is not a tour file")};
+        return {OpenOutcome::Failed, path, say(QT_TRANSLATE_NOOP("OpenTour", "it is not a tour file"))};
     }
 
     UnpackFolder folder(project.folders.working, path);
@@ -74,7 +74,8 @@ OpenResult readRecords(RoamProject& project, Linker& linker, const QString& path
             showPlan(unpacked, linker, views);
         }
     }
-    if (step == TourReader::Step::CutShort) return {OpenOutcome::Failed, path, say("it is cut short")};
+    if (step == TourReader::Step::CutShort)
+        return {OpenOutcome::Failed, path, say(QT_TRANSLATE_NOOP("OpenTour", "it is cut short"))};
     assembly.finish();
     return {};
 }

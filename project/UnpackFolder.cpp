@@ -42,7 +42,7 @@ bool UnpackFolder::unpack(TourReader& tour, QString* path, QString* error)
 {
     *path = m_folder + tour.name();
     if (!tour::isBareName(tour.name())) {
-        *error = say("the name of a file inside it is not a bare file name");
+        *error = say(QT_TRANSLATE_NOOP("OpenTour", "the name of a file inside it is not a bare file name"));
         return false;
     }
     if (m_occupied.contains(keyOf(tour.name())) || isTourFile(*path)) return writeBeside(tour, path, error);

@@ -43,9 +43,9 @@ public:
             else if (startsWith("<?"))
                 skipTo("?>");
             else if (startsWith("<!"))
-                return say("it declares a document type");
+                return say(QT_TRANSLATE_NOOP("OpenTour", "it declares a document type"));
             else if (attributesOfTag() > XmlElement::kMostAttributes)
-                return say("an element has too many attributes");
+                return say(QT_TRANSLATE_NOOP("OpenTour", "an element has too many attributes"));
         }
         return QString();
     }
@@ -82,11 +82,11 @@ bool XmlElement::parse(const QByteArray& document, XmlElement* root, QString* er
 {
     QString text;
     if (document.size() > kLongest) {
-        *error = say("it is too long");
+        *error = say(QT_TRANSLATE_NOOP("OpenTour", "it is too long"));
         return false;
     }
     if (!decode(document, &text)) {
-        *error = say("it is not UTF-8");
+        *error = say(QT_TRANSLATE_NOOP("OpenTour", "it is not UTF-8"));
         return false;
     }
     *error = TagScan(text).problem();
@@ -100,7 +100,8 @@ bool XmlElement::parse(const QByteArray& document, XmlElement* root, QString* er
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement: {
             if (open.size() > static_cast<std::size_t>(kDeepest)) {
-                reader.raiseError(say("elements stand too deep in each other"));
+                reader.raiseError(
+                    say(QT_TRANSLATE_NOOP("OpenTour", "elements stand too deep in each other")));
                 break;
             }
             // Only the last child is ever open, so no pointer outlives a move of its siblings.
@@ -125,7 +126,7 @@ bool XmlElement::parse(const QByteArray& document, XmlElement* root, QString* er
         }
     }
     if (reader.hasError()) {
-        *error = say("line %1, column %2: %3")
+        *error = say(QT_TRANSLATE_NOOP("OpenTour", "line %1, column %2: %3"))
                      .arg(reader.lineNumber())
                      .arg(reader.columnNumber())
                      .arg(reader.errorString());

@@ -48,6 +48,53 @@
     </message>
 </context>
 <context>
+    <name>OpenTour</name>
+    <message>
+        <source>its description has no %1</source>
+        <translation>its description has no %1</translation>
+    </message>
+    <message>
+        <source>its description cannot be read: %1</source>
+        <translation>its description cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>the name of a file inside it is not a bare file name</source>
+        <translation>the name of a file inside it is not a bare file name</translation>
+    </message>
+    <message>
+        <source>it declares a document type</source>
+        <translation>it declares a document type</translation>
+    </message>
+    <message>
+        <source>an element has too many attributes</source>
+        <translation>an element has too many attributes</translation>
+    </message>
+    <message>
+        <source>it is too long</source>
+        <translation>it is too long</translation>
+    </message>
+    <message>
+        <source>it is not UTF-8</source>
+        <translation>it is not UTF-8</translation>
+    </message>
+    <message>
+        <source>elements stand too deep in each other</source>
+        <translation>elements stand too deep in each other</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>line %1, column %2: %3</translation>
+    </message>
+    <message>
+        <source>it is not a tour file</source>
+        <translation>it is not a tour file</translation>
+    </message>
+    <message>
+        <source>it is cut short</source>
+        <translation>it is cut short</translation>
+    </message>
+</context>
+<context>
     <name>SaveTour</name>
     <message>
         <source>it is a folder</source>
@@ -426,6 +473,37 @@
     <message>
         <source>退出</source>
         <translation>Exit</translation>
+    </message>
+</context>
+<context>
+    <name>UnreadableField</name>
+    <message>
+        <source>panorama identity</source>
+        <translation>panorama identity</translation>
+    </message>
+    <message>
+        <source>panorama name</source>
+        <translation>panorama name</translation>
+    </message>
+    <message>
+        <source>file name of the panorama</source>
+        <translation>file name of the panorama</translation>
+    </message>
+    <message>
+        <source>caption of the text</source>
+        <translation>caption of the text</translation>
+    </message>
+    <message>
+        <source>content of the text</source>
+        <translation>content of the text</translation>
+    </message>
+    <message>
+        <source>caption of the photo</source>
+        <translation>caption of the photo</translation>
+    </message>
+    <message>
+        <source>file name of the photo</source>
+        <translation>file name of the photo</translation>
     </message>
 </context>
 </TS>

@@ -48,6 +48,53 @@
     </message>
 </context>
 <context>
+    <name>OpenTour</name>
+    <message>
+        <source>its description has no %1</source>
+        <translation>漫游描述中缺少 %1</translation>
+    </message>
+    <message>
+        <source>its description cannot be read: %1</source>
+        <translation>无法读取漫游描述：%1</translation>
+    </message>
+    <message>
+        <source>the name of a file inside it is not a bare file name</source>
+        <translation>其中某个文件的名称不是单纯的文件名</translation>
+    </message>
+    <message>
+        <source>it declares a document type</source>
+        <translation>其中声明了文档类型</translation>
+    </message>
+    <message>
+        <source>an element has too many attributes</source>
+        <translation>某个元素的属性过多</translation>
+    </message>
+    <message>
+        <source>it is too long</source>
+        <translation>内容过长</translation>
+    </message>
+    <message>
+        <source>it is not UTF-8</source>
+        <translation>不是 UTF-8 编码</translation>
+    </message>
+    <message>
+        <source>elements stand too deep in each other</source>
+        <translation>元素嵌套过深</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>第 %1 行，第 %2 列：%3</translation>
+    </message>
+    <message>
+        <source>it is not a tour file</source>
+        <translation>不是漫游文件</translation>
+    </message>
+    <message>
+        <source>it is cut short</source>
+        <translation>文件不完整</translation>
+    </message>
+</context>
+<context>
     <name>SaveTour</name>
     <message>
         <source>it is a folder</source>
@@ -426,6 +473,37 @@
     <message>
         <source>退出</source>
         <translation>退出</translation>
+    </message>
+</context>
+<context>
+    <name>UnreadableField</name>
+    <message>
+        <source>panorama identity</source>
+        <translation>全景图标识</translation>
+    </message>
+    <message>
+        <source>panorama name</source>
+        <translation>全景图名称</translation>
+    </message>
+    <message>
+        <source>file name of the panorama</source>
+        <translation>全景图文件名</translation>
+    </message>
+    <message>
+        <source>caption of the text</source>
+        <translation>文本标题</translation>
+    </message>
+    <message>
+        <source>content of the text</source>
+        <translation>文本内容</translation>
+    </message>
+    <message>
+        <source>caption of the photo</source>
+        <translation>照片标题</translation>
+    </message>
+    <message>
+        <source>file name of the photo</source>
+        <translation>照片文件名</translation>
     </message>
 </context>
 </TS>
