@@ -5,6 +5,8 @@
 #include "companions/samplescene/Picture.h"
 #include "companions/samplescene/Random.h"
 
+#include <array>
+
 namespace samplescene {
 namespace {
 
@@ -45,21 +47,27 @@ void landscape(Picture& p, Area a, Random& random)
     const Vec3 sky = mix(Vec3{0.2f, 0.4f, 0.8f}, Vec3{0.9f, 0.5f, 0.3f}, random.uniform());
     const Vec3 land = mix(Vec3{0.05f, 0.25f, 0.05f}, Vec3{0.4f, 0.3f, 0.15f}, random.uniform());
     const std::uint32_t seed = random.bits();
-    for (int y = static_cast<int>(a.y); y < static_cast<int>(a.y + a.h); ++y) {
-        for (int x = static_cast<int>(a.x); x < static_cast<int>(a.x + a.w); ++x) {
-            const float u = (static_cast<float>(x) - a.x) / a.w;
+    constexpr int kRidges = 4;
+    for (int x = static_cast<int>(a.x); x < static_cast<int>(a.x + a.w); ++x) {
+        const float u = (static_cast<float>(x) - a.x) / a.w;
+        std::array<float, kRidges> height;
+        for (int ridge = 0; ridge < kRidges; ++ridge) {
+            const auto r = static_cast<float>(ridge);
+            const float outline = fractalNoise({u * (2 + r), r}, 1, 5, 0.5f, 0.002f, seed + 7);
+            height[static_cast<std::size_t>(ridge)] = 0.4f + 0.14f * r + 0.12f * outline;
+        }
+        for (int y = static_cast<int>(a.y); y < static_cast<int>(a.y + a.h); ++y) {
             const float v = (static_cast<float>(y) - a.y) / a.h;
-            Vec3 c = mix(sky, Vec3{0.85f, 0.85f, 0.85f}, v * 0.8f + 0.3f * valueNoise({u * 5, v * 14}, seed));
-            for (int ridge = 0; ridge < 4; ++ridge) {
-                const auto r = static_cast<float>(ridge);
-                const float height =
-                    0.4f + 0.14f * r + 0.12f * fractalNoise({u * (2 + r), r}, 1, 5, 0.5f, 0.002f, seed + 7);
-                if (v > height) {
-                    const float grain = fractalNoise({u * 20, v * 40}, 1, 4, 0.6f, 0.01f, seed + 77);
-                    c = mix(sky, land, 0.3f + 0.22f * r) * (1 + 0.5f * grain);
-                }
+            int front = kRidges - 1;
+            while (front >= 0 && v <= height[static_cast<std::size_t>(front)])
+                --front;
+            if (front < 0) {
+                const float cloud = valueNoise({u * 5, v * 14}, seed);
+                p.set(x, y, mix(sky, Vec3{0.85f, 0.85f, 0.85f}, v * 0.8f + 0.3f * cloud));
+            } else {
+                const float grain = fractalNoise({u * 20, v * 40}, 1, 4, 0.6f, 0.01f, seed + 77);
+                p.set(x, y, mix(sky, land, 0.3f + 0.22f * static_cast<float>(front)) * (1 + 0.5f * grain));
             }
-            p.set(x, y, c);
         }
     }
     p.ellipse({a.x + random.uniform(0.1f, 0.9f) * a.w, a.y + random.uniform(0.05f, 0.3f) * a.h},

@@ -135,11 +135,11 @@ TEST(SampleSceneWorlds, MovedFurnitureStandsElsewhereInTheSecondHalfWhileWallsSt
         EXPECT_EQ(length(before.shapes[i].center - after.shapes[i].center), 0);
 }
 
-TEST(SampleSceneWorlds, AHundredPanoramasGetCorridorsAndRoomsEnough)
+TEST(SampleSceneWorlds, FortyPanoramasGetCorridorsAndRoomsEnough)
 {
-    Options o = smallOptions(Kind::Flat, 100);
+    Options o = smallOptions(Kind::Flat, 40);
     o.lightSpacing_m = 1;
     const Scene scene = makeScene(o);
-    EXPECT_EQ(scene.stations.size(), 100u);
+    EXPECT_EQ(scene.stations.size(), 40u);
     EXPECT_EQ(sightGroups(scene), 1);
 }
