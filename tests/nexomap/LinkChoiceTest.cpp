@@ -85,15 +85,18 @@ TEST_F(LinkChoice, PartsThatOnlyAHiddenPairJoinsStayOneGroup)
 
 TEST_F(LinkChoice, AutoCreateAddsSightLinesThatWereNotMatchedAsModeTwoWithoutFiles)
 {
-    MadeUpTour tour = flat();
-    tour.reach_m = 6.05; // neighbours along the doors only
-    tour.walls.clear();
+    MadeUpTour tour; // the corners of a square: its sides match, its diagonals do not
+    tour.half_width_m = tour.half_depth_m = 8;
+    tour.reach_m = 7.1;
+    for (const auto& [x, y] : {std::pair{-3.5, -3.5}, {3.5, -3.5}, {3.5, 3.5}, {-3.5, 3.5}})
+        tour.add(x, y, x - y);
     link(tour);
     const int before = NexomapGetPanoMatchNum();
     const auto files = folder.names();
     const auto poses = nodes();
     ASSERT_EQ(NexomapAutoCreatePanoMatch(), NEXOMAP_OK);
-    EXPECT_GT(NexomapGetPanoMatchNum(), before);
+    EXPECT_EQ(before, 4);
+    EXPECT_EQ(NexomapGetPanoMatchNum(), 6);
     for (int k = before; k < NexomapGetPanoMatchNum(); ++k) {
         EXPECT_EQ(match(k).mode, 2);
         EXPECT_GE(match(k).reliability, 0.5);
@@ -107,6 +110,24 @@ TEST_F(LinkChoice, AutoCreateAddsSightLinesThatWereNotMatchedAsModeTwoWithoutFil
     ASSERT_EQ(NexomapRelocateAll(), NEXOMAP_OK);
     for (std::size_t k = 0; k < poses.size(); ++k)
         EXPECT_LT((node(int(k)).position - poses[k].position).norm(), 1e-6);
+}
+
+TEST_F(LinkChoice, NeighboursThatDidNotMatchButSeeEachOtherAreLinkedByPose)
+{
+    MadeUpTour tour;
+    tour.half_width_m = tour.half_depth_m = 5;
+    tour.reach_m = 3.5;
+    for (const auto& [x, y] : {std::pair{-1.5, -1.5}, {1.5, -1.5}, {1.5, 1.5}, {-1.5, 1.5}})
+        tour.add(x, y, x - y);
+    link(tour);
+    const auto all = matches();
+    ASSERT_EQ(all.size(), 6u);
+    for (std::size_t k = 0; k < all.size(); ++k) {
+        EXPECT_EQ(all[k].mode, k < 4 ? 0 : 2);
+        const Pose &a = tour.stations[indexOf(tour, all[k].name_0)].pose,
+                   &b = tour.stations[indexOf(tour, all[k].name_1)].pose;
+        EXPECT_NEAR(all[k].spacing, (a.t - b.t).norm(), 0.02);
+    }
 }
 
 TEST_F(LinkChoice, TwoRunsGiveTheSameBits)

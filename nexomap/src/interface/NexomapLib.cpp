@@ -213,7 +213,7 @@ int NexomapDrawPanoMatchPng(const char* name_0, const char* name_1)
 int NexomapAutoCreatePanoMatch(void)
 {
     return changingSettled(
-        [](Model& model, const Workplace& workplace) { addLinksByPose(model, workplace); });
+        [](Model& model, const Workplace& workplace) { addLinksByPose(model, workplace, kFarthestLink_m); });
 }
 
 int NexomapGetPanoGroupNum(void)

@@ -95,6 +95,8 @@ void finishAdding(Model& model, const Workplace& workplace)
     solveAfterAdding(model);
     chooseLinks(model, workplace);
     relocate(model);
+    // A room without texture matches badly, but whoever stands beside another sees it all the same.
+    addLinksByPose(model, workplace, kNeighbours_m);
     writeMatchFiles(model, workplace.folder);
     for (const std::string& key : model.pictures) {
         const bool kept = std::any_of(model.edges.begin(), model.edges.end(), [&](const Edge& edge) {

@@ -13,8 +13,6 @@
 namespace nexomap {
 namespace {
 
-constexpr double kAlwaysShown_m = 6.0;
-constexpr double kFarthest_m = 15.0;
 constexpr double kSameWay = 20.0 * kDegree;
 constexpr double kPoseAngleSigma = 0.5 * kDegree;
 constexpr double kPoseSigma_m = 0.05;
@@ -36,7 +34,7 @@ double distance(const Model& model, int a, int b)
 bool isNeedless(const Model& model, int a, int b)
 {
     const double length = distance(model, a, b);
-    if (length <= kAlwaysShown_m) return false;
+    if (length <= kNeighbours_m) return false;
     const auto sameWay = [&](int from, int to, int between) {
         const Eigen::Vector3d u = model.nodes[to].pose.t - model.nodes[from].pose.t;
         const Eigen::Vector3d v = model.nodes[between].pose.t - model.nodes[from].pose.t;
@@ -139,14 +137,14 @@ void chooseLinks(Model& model, const Workplace& workplace)
         if (edge.link) edge.values = valuesByPoses(model, edge.node_0, edge.node_1);
 }
 
-void addLinksByPose(Model& model, const Workplace& workplace)
+void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m)
 {
     const std::vector<int> group = components(model, true);
     std::vector<NodePair> pairs;
     for (int a = 0; a < int(model.nodes.size()); ++a)
         for (int b = a + 1; b < int(model.nodes.size()); ++b) {
             const Edge* edge = model.edgeBetween(a, b);
-            if (group[a] == group[b] && !(edge && edge->link) && distance(model, a, b) <= kFarthest_m)
+            if (group[a] == group[b] && !(edge && edge->link) && distance(model, a, b) <= farthest_m)
                 pairs.emplace_back(a, b);
         }
     std::stable_sort(pairs.begin(), pairs.end(), [&](const NodePair& p, const NodePair& q) {

@@ -14,7 +14,12 @@ namespace nexomap {
 /// wall hides.
 void chooseLinks(Model& model, const Workplace& workplace);
 
-/// Adds links (mode 2) between panoramas of one group that see each other and are not linked.
-void addLinksByPose(Model& model, const Workplace& workplace);
+/// Adds links (mode 2) between panoramas of one group that see each other and are not linked, the near ones
+/// first; beyond 6 m only where no nearer station on the way makes them needless.
+/// @param farthest_m  how far apart they may stand
+void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m);
+
+constexpr double kNeighbours_m = 6.0;    ///< nearer stations that see each other are always linked
+constexpr double kFarthestLink_m = 15.0; ///< no link by pose is longer
 
 } // namespace nexomap

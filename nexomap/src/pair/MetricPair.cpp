@@ -74,6 +74,8 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
     evidence->lean = leanOf(refined.pose.R);
     evidence->rms = refined.rms;
     evidence->elevation = 0.5 * kPi - polarOf(refined.pose.t);
+    if (p0.camera_height_m > 0.0 && p1.camera_height_m > 0.0)
+        evidence->floor_step_m = refined.pose.t.z() - p1.camera_height_m + p0.camera_height_m;
     evidence->ranges = checkRanges(p0.range, p1.range, refined.pose);
 
     PairPose pose;

@@ -10,8 +10,9 @@
 
 namespace nexomap {
 
-/// Errors of model and calibration: 2.5 times what noise explains.
-constexpr double kInformationShare = 1.0 / 6.25;
+/// Errors of model and calibration on top of what noise explains. Measured on made-up buildings: the squared
+/// error in units of the handed-out covariance then has a median of 2 to 3 where 5.3 would be exact.
+constexpr double kInformationShare = 0.5;
 
 /// Metric pose of two panoramas with range maps.
 std::optional<PairPose> solveMetric(const Panorama& panorama_0, const Panorama& panorama_1,

@@ -67,13 +67,16 @@ double metricReliability(const Evidence& e)
     if (e.inliers < 5 || support < 8.0 || e.ranges.samples < 200) return 0.0;
     const double seen = e.ranges.agree + e.ranges.violation;
     const double clear = seen > 0.0 ? e.ranges.agree / seen : 0.0; // agreement where neither hides the other
-    double z =
-        0.25 * (std::min(support, 30.0) - 12.0) + 25.0 * (clear - 0.8) + 0.3 * (std::min(e.cells, 8) - 3);
-    z += 0.1 * (std::min(e.guided, 60) - 4.0 * e.chance - 20.0);
+    // However many matches agree, copies of a room or of a desk make as many: they are capped, free space
+    // decides.
+    const double matched = 0.25 * (std::min(support, 30.0) - 12.0) + 0.3 * (std::min(e.cells, 8) - 3) +
+                           0.1 * (std::min(e.guided - 4.0 * e.chance, 60.0) - 20.0);
+    double z = std::min(matched, 3.5) + std::min(50.0 * (clear - 0.95), 3.0);
     z -= 6.0 * std::max(0.0, e.second_share * e.inliers / support - 0.4);
-    z -= 2.0 * std::max(0.0, e.rms - 6.0);
+    z -= std::max(0.0, e.rms - 4.5);
     z -= std::max(0.0, e.lean / kDegree - 3.0);
-    if (e.ranges.agree < 0.02) z -= 8.0; // too little in common to be confirmed
+    if (std::abs(e.floor_step_m) > 0.15) z -= 2.0; // another level: there are stairs, but few
+    if (e.ranges.agree < 0.02) z -= 8.0;           // too little in common to be confirmed
     return logistic(z);
 }
 
@@ -82,6 +85,7 @@ double bearingReliability(const Evidence& e)
     if (e.inliers < 24) return 0.0;
     double z = 0.12 * (std::min(e.inliers, 80) - 40) + 0.5 * (std::min(e.cells, 10) - 5) +
                8.0 * (std::min(e.inlier_share, 0.5) - 0.15);
+    z = std::min(z, 5.0);
     // All in one small window: the pose may swing about it.
     z -= 0.5 * std::max(0, 6 - e.outside) * (e.inliers < 60 ? 1.0 : 0.3);
     z -= std::max(0.0, e.direction_sigma / kDegree - 1.5);

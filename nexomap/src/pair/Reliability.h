@@ -22,7 +22,8 @@ struct Evidence
     double chance = 0.0;          ///< the same for wrong poses nearby: what repeated texture gives by itself
     double elevation = 0.0;       ///< of the other camera, radians; panoramas stand on floors
     double direction_sigma = 0.0; ///< uncertainty of t's direction, radians
-    RangeAgreement ranges;        ///< metric only
+    double floor_step_m = 0.0; ///< metric only: from one's floor up to the other's; 0 when either is unknown
+    RangeAgreement ranges;     ///< metric only
 };
 
 /// Distinct places among the inliers and their spread over the sphere.
