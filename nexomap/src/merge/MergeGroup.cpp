@@ -42,6 +42,43 @@ std::vector<MergeStation> stationsOf(const Model& model, const Workplace& workpl
     return stations;
 }
 
+/// The ground that hangs together with the stations: what is seen of other houses through windows is not part
+/// of the building.
+class Footprint
+{
+public:
+    explicit Footprint(const Box& box)
+        : m_low(box.low)
+        , m_side_m(std::max(0.2, (box.high - box.low).head<2>().maxCoeff() / 4000.0))
+        , m_counts(int((box.high.y() - box.low.y()) / m_side_m) + 1,
+                   int((box.high.x() - box.low.x()) / m_side_m) + 1, 0)
+    {}
+    void count(const Eigen::Vector3d& world) { ++m_counts(cellOf(world)); }
+    void close(const std::vector<MergeStation>& stations)
+    {
+        cv::Mat1b filled = m_counts >= 8;
+        for (const MergeStation& station : stations) // the scanner does not see the floor below itself
+            cv::circle(filled, cellOf(station.pose.t), int(1.0 / m_side_m), 255, cv::FILLED);
+        cv::Mat1i labels;
+        cv::connectedComponents(filled, labels);
+        m_inside = cv::Mat1b(filled.size(), std::uint8_t(0));
+        for (const MergeStation& station : stations)
+            m_inside.setTo(255, labels == labels(cellOf(station.pose.t)));
+    }
+    bool has(const Eigen::Vector3d& world) const { return m_inside.empty() || m_inside(cellOf(world)); }
+
+private:
+    cv::Point cellOf(const Eigen::Vector3d& world) const
+    {
+        return {std::clamp(int((world.x() - m_low.x()) / m_side_m), 0, m_counts.cols - 1),
+                std::clamp(int((world.y() - m_low.y()) / m_side_m), 0, m_counts.rows - 1)};
+    }
+    Eigen::Vector3d m_low;
+    double m_side_m;
+    cv::Mat1i m_counts;
+    cv::Mat1b m_inside;
+};
+
 cv::Vec3b colourAt(const ColourPicture& picture, const Eigen::Vector3d& direction)
 {
     const EquirectGrid grid{picture.pixels.cols, picture.pixels.rows, picture.polar_min, picture.polar_max};
@@ -88,15 +125,36 @@ void mergeGroup(Model& model, const Workplace& workplace, const MergeOptions& op
     const std::vector<MergeStation> stations = stationsOf(model, workplace, group, options.indoor);
     if (stations.empty()) throw Failure(NEXOMAP_CANNOT_SOLVE, "no panorama of the largest group has lidar");
 
-    Box box;
-    const auto wanted = [&](const Eigen::Vector3d& world, double range) {
+    Box everything;
+    const auto near = [&](const Eigen::Vector3d& world, double range) {
         return range <= kFarthest_m && !(options.indoor && isCeiling(stations, world));
     };
     for (const MergeStation& station : stations)
         forEachSurfacePoint(station, [&](const Eigen::Vector3d& world, double range, const Eigen::Vector3d&) {
-            if (wanted(world, range)) box.add(world);
+            if (near(world, range)) everything.add(world);
         });
-    if (box.low.x() > box.high.x()) throw Failure(NEXOMAP_CANNOT_SOLVE, "the lidar shows no surface");
+    if (everything.low.x() > everything.high.x())
+        throw Failure(NEXOMAP_CANNOT_SOLVE, "the lidar shows no surface");
+    Footprint footprint(everything);
+    const auto forEachWanted = [&](const MergeStation& station, const auto& take) {
+        forEachSurfacePoint(station,
+                            [&](const Eigen::Vector3d& world, double range, const Eigen::Vector3d& u) {
+                                if (near(world, range) && footprint.has(world)) take(world, range, u);
+                            });
+    };
+    const auto forEachOfAll = [&](const auto& take) {
+        for (const MergeStation& station : stations)
+            forEachWanted(station,
+                          [&](const Eigen::Vector3d& world, double, const Eigen::Vector3d&) { take(world); });
+    };
+    if (options.indoor) {
+        forEachOfAll([&](const Eigen::Vector3d& world) { footprint.count(world); });
+        footprint.close(stations);
+    }
+    Box box;
+    forEachOfAll([&](const Eigen::Vector3d& world) { box.add(world); });
+    for (const MergeStation& station : stations)
+        box.add(station.pose.t);
     const int cell_cm = options.density == 2 ? 1 : options.density == 1 ? 2 : 5;
     const CloudGrid grid = gridFor(box.low, box.high, cell_cm);
 
@@ -104,10 +162,10 @@ void mergeGroup(Model& model, const Workplace& workplace, const MergeOptions& op
     for (const MergeStation& station : stations) {
         const ColourPicture colours = coloursOf(workplace, *station.panorama);
         std::vector<VoxelSample> samples;
-        forEachSurfacePoint(
+        forEachWanted(
             station, [&](const Eigen::Vector3d& world, double range, const Eigen::Vector3d& direction) {
                 std::array<std::uint16_t, 3> cell;
-                if (!wanted(world, range) || !cellAt(grid, world, &cell)) return;
+                if (!cellAt(grid, world, &cell)) return;
                 const cv::Vec3b bgr = colourAt(colours, direction);
                 samples.push_back({mortonKey(cell[0], cell[1], cell[2]),
                                    float(1.0 / std::max(0.01, range * range)), bgr[2], bgr[1], bgr[0]});
