@@ -106,17 +106,4 @@ TEST_F(CommandTable, CommandsThatAreNotMadeYetChangeNothing)
     EXPECT_EQ(project().panoramas.size(), 2u);
 }
 
-TEST_F(CommandTable, ALinkByHandWithRadarWaitsForTheEditorAndChangesNothing)
-{
-    importRooms(2, true);
-    click("buttonAutoGenLink");
-    project().modified = false;
-    linker->calls.clear();
-    chooseEntry("comboSelPano1", 1);
-    click("buttonAddLink");
-    EXPECT_TRUE(project().links.empty());
-    EXPECT_FALSE(project().modified);
-    EXPECT_EQ(linker->calls, QStringList());
-}
-
 } // namespace
