@@ -17,7 +17,7 @@ using Vector6d = Eigen::Matrix<double, 6, 1>;
 
 constexpr double kBearingSigma = 0.06 * kDegree; // one match, both ends
 constexpr double kCauchy = 0.05 * kDegree;
-constexpr double kTiltSigma = 0.4 * kDegree; // of a pair on tripods; a hand-held camera leaves it behind
+constexpr double kTiltSigma = 0.7 * kDegree; // of a pair on tripods; a hand-held camera leaves it behind
 
 } // namespace
 
