@@ -7,6 +7,7 @@
 #include "project/RecordName.h"
 #include "project/TourContainer.h"
 #include "project/TourXml.h"
+#include "project/TourXmlReader.h"
 
 #include <QCoreApplication>
 
@@ -14,27 +15,44 @@
 
 namespace {
 
-bool hasPlaceInXml(QChar c)
+bool hasPlaceInXml(uint code)
 {
-    const ushort code = c.unicode();
-    return (code >= 0x20 || code == '\t' || code == '\n' || code == '\r') && code < 0xFFFE;
+    const bool control = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+    return !control && !QChar::isSurrogate(code) && code != 0xFFFE && code != 0xFFFF;
 }
 
+bool fitsXml(const QString& text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const bool pair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (!pair && !hasPlaceInXml(text[i].unicode())) return false;
+        if (pair) ++i;
+    }
+    return true;
+}
+
+/// A carriage return would come back as a line feed, an entity as its character.
 bool fitsContent(const QString& text)
 {
-    return std::all_of(text.begin(), text.end(), hasPlaceInXml);
+    return fitsXml(text) && !text.contains(u'\r') && tourxml::unescapedContent(text) == text;
 }
 
+bool fitsTag(const QString& text)
+{
+    return fitsXml(text) && std::none_of(text.begin(), text.end(),
+                                         [](QChar c) { return c == u'"' || c == u'&' || c == u'<'; });
+}
+
+/// Tabulators and line ends would come back as blanks.
 bool fitsAttribute(const QString& text)
 {
-    return fitsContent(text) && std::none_of(text.begin(), text.end(),
-                                             [](QChar c) { return c == u'"' || c == u'&' || c == u'<'; });
+    return fitsTag(text) && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' '; });
 }
 
-/// The base name stands between tags as well.
+/// Stands between tags as well, and is never read back: the panorama's file tells it.
 bool fitsBaseName(const QString& text)
 {
-    return fitsAttribute(text) && !text.contains(QLatin1String("]]>"));
+    return fitsTag(text) && !text.contains(QLatin1String("]]>"));
 }
 
 bool fitsRecordName(const QString& path)

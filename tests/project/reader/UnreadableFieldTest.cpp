@@ -33,10 +33,13 @@ protected:
     /// Whether the description that is written now can be read.
     bool readable()
     {
-        tourxml::Description said;
+        said = {};
         QString error;
         return tourxml::read(tourxml::build(project, 0).toUtf8(), &said, &error);
     }
+
+    /// What `readable` read.
+    tourxml::Description said;
 
     PanoNode* node;
 };
@@ -76,6 +79,7 @@ TEST_F(Unreadable, EachFieldHasItsName)
          "file name of the photo"},
         {[&](PanoNode& n) { n.infos[0].caption = bad; }, "caption of the text"},
         {[&](PanoNode& n) { n.infos[0].content = QChar(1); }, "content of the text"},
+        {[&](PanoNode& n) { n.infos[0].content = QStringLiteral("&lt;"); }, "content of the text"},
     };
     for (const auto& each : fields) {
         PanoNode& fresh = *add("AAAAAAAAAAAAAC", QStringLiteral("other"));
@@ -96,7 +100,7 @@ TEST_F(Unreadable, APhotoWithoutAFileIsNotWrittenAndNotNamed)
     EXPECT_TRUE(readable());
 }
 
-TEST_F(Unreadable, WhatIsNotNamedCanBeReadWhateverTheCharacters)
+TEST_F(Unreadable, WhatIsNotNamedComesBackWhateverTheCharacters)
 {
     std::mt19937 random(20261121);
     const QString alphabet = QStringLiteral("ab \"&<>';#x41lt]]>-!中é\t\n\r/\\:%") + QChar(1) +
@@ -116,8 +120,12 @@ TEST_F(Unreadable, WhatIsNotNamedCanBeReadWhateverTheCharacters)
         node->infos[0].content = text();
         if (firstUnreadableField(project))
             ++named;
-        else
+        else {
             ASSERT_TRUE(readable()) << tourxml::build(project, 0).toStdString();
+            EXPECT_EQ(said.panoramas[0]->photos[0].caption, node->photos[0].caption);
+            EXPECT_EQ(said.panoramas[0]->infos[0].caption, node->infos[0].caption);
+            EXPECT_EQ(said.panoramas[0]->infos[0].content, node->infos[0].content);
+        }
     }
     EXPECT_GT(named, 500);
     EXPECT_LT(named, 4900);
