@@ -23,7 +23,7 @@ bool compiles(QOpenGLFunctions& gl, GLuint shader, const char* source)
 
     QByteArray log(logLength, '\0');
     gl.glGetShaderInfoLog(shader, logLength, nullptr, log.data());
-    qCDebug(lcGl) << "shader, status" << status << ':' << log.constData();
+    qCDebug(lcGl, "shader, status %d: %s", status, log.constData());
     return false;
 }
 
@@ -37,7 +37,7 @@ bool links(QOpenGLFunctions& gl, GLuint program)
 
     QByteArray log(logLength, '\0');
     gl.glGetProgramInfoLog(program, logLength, nullptr, log.data());
-    qCDebug(lcGl) << "program, status" << status << ':' << log.constData();
+    qCDebug(lcGl, "program, status %d: %s", status, log.constData());
     return false;
 }
 
