@@ -16,7 +16,8 @@ namespace nexomap {
 template <class... Pointers>
 void requireAll(const Pointers*... pointers)
 {
-    if (((pointers == nullptr) || ...)) throw Failure(NEXOMAP_BAD_ARGUMENT, "a null pointer was given");
+    const bool missing = (!pointers || ...);
+    if (missing) throw Failure(NEXOMAP_BAD_ARGUMENT, "a null pointer was given");
 }
 
 /// @throws Failure(NEXOMAP_BAD_ARGUMENT) unless every real is finite
