@@ -61,6 +61,7 @@ constexpr Message kFolderInUse = {
 constexpr const char* kFile = QT_TRANSLATE_NOOP("Tourwright", "File ");
 constexpr Message kSaveFailed = {QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Save File"), QT_TRANSLATE_NOOP("Tourwright", " save failed!")};
 constexpr Message kOpenFailed = {QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Open File"), QT_TRANSLATE_NOOP("Tourwright", " open failed!")};
+constexpr Message kFileEmpty = {QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Open File"), QT_TRANSLATE_NOOP("Tourwright", " is empty!")};
 // clang-format on
 
 QString translated(const char* words)
@@ -132,6 +133,11 @@ void saveFailed(QWidget* parent, const QString& path, const QString& reason)
 void openFailed(QWidget* parent, const QString& path, const QString& reason)
 {
     showFile(parent, kOpenFailed, path, reason);
+}
+
+void fileEmpty(QWidget* parent, const QString& path)
+{
+    showFile(parent, kFileEmpty, path, QString());
 }
 
 void droppedWithoutLidar(QWidget* parent)

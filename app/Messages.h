@@ -33,6 +33,9 @@ void saveFailed(QWidget* parent, const QString& path, const QString& reason = {}
 /// The tour file, or a file that goes into it, failed half-way.
 void openFailed(QWidget* parent, const QString& path, const QString& reason = {});
 
+/// The tour file that was opened has no tour in it.
+void fileEmpty(QWidget* parent, const QString& path);
+
 /// Imported panoramas were dropped, because the project's panoramas carry lidar and these do not.
 void droppedWithoutLidar(QWidget* parent);
 /// The other way round.

@@ -6,10 +6,12 @@
 #include "app/Messages.h"
 #include "app/Tourwright.h"
 #include "linking/Linker.h"
+#include "linking/OpenTour.h"
 #include "project/SaveTour.h"
 #include "project/WorkingFolder.h"
 #include "ui_Tourwright.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -38,7 +40,24 @@ void Tourwright::NewRoam()
     refreshLinkTable();
 }
 
-void Tourwright::OpenRoam() {}
+void Tourwright::OpenRoam()
+{
+    if (m_project.modified) {
+        const messages::Answer answer = messages::askSaveBeforeOpen(this);
+        if (answer == messages::Answer::Cancel) return;
+        if (answer == messages::Answer::Yes) SaveRoam();
+    }
+    reset();
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open File"), m_project.folders.application,
+                                                      tr("roa File(*.roa)"));
+    if (!path.isEmpty()) {
+        m_project.file_path = path;
+        readFrom(path);
+    }
+    refreshPanoList();
+    refreshLinkTable();
+    if (!m_project.panoramas.empty()) m_ui->comboSelEntryPano->setCurrentIndex(m_project.entry_index);
+}
 
 void Tourwright::SaveRoam()
 {
@@ -91,6 +110,17 @@ bool Tourwright::saveTo(const QString& path)
     if (result.outcome == SaveOutcome::CannotOpen) messages::saveFailed(this, path, result.detail);
     if (result.outcome == SaveOutcome::Failed) messages::openFailed(this, path, result.detail);
     return static_cast<bool>(result);
+}
+
+void Tourwright::readFrom(const QString& path)
+{
+    PlanViews views;
+    views.showPicture = [this](const QString& picture) { showPlanPicture(picture); };
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const OpenResult result = openTour(m_project, *m_linker, path, views);
+    QApplication::restoreOverrideCursor();
+    if (result.outcome == OpenOutcome::Empty) messages::fileEmpty(this, result.path);
+    if (result.outcome == OpenOutcome::Failed) messages::openFailed(this, result.path, result.detail);
 }
 
 void Tourwright::reset()

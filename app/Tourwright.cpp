@@ -7,6 +7,7 @@
 
 #include "linking/editor/PanoMatchEditor.h"
 #include "linking/Linker.h"
+#include "project/UnreadableField.h"
 #include "ui_Tourwright.h"
 
 #include <QLabel>
@@ -50,7 +51,14 @@ Tourwright::Tourwright(std::unique_ptr<Linker> linker, QWidget* parent)
     m_ui->scrollLink->viewport()->setAutoFillBackground(false);
     m_ui->panelLink->setAutoFillBackground(false);
     m_status = new QLabel(this);
+    m_status->setTextFormat(Qt::PlainText);
     m_ui->statusBar->addPermanentWidget(m_status);
+    m_warning = new QLabel(this);
+    m_warning->setObjectName(QStringLiteral("labelUnreadable"));
+    m_warning->setTextFormat(Qt::PlainText);
+    // Whatever the author wrote into the field, it may not widen the window.
+    m_warning->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_ui->statusBar->addWidget(m_warning, 1);
     loadMarkers();
     setUpViews();
     m_network = new QNetworkAccessManager(this);
@@ -156,4 +164,10 @@ void Tourwright::showStatus()
     m_status->setText((name.isEmpty() ? tr("Unnamed tour") : name) + mark + QStringLiteral("   ") +
                       tr("Panoramas: %1").arg(m_project.panoramas.size()) + QStringLiteral("   ") +
                       tr("Links: %1").arg(m_project.links.size()));
+
+    const auto unreadable = firstUnreadableField(m_project);
+    m_warning->setText(unreadable ? tr("Cannot be read back once saved: %1 \"%2\"")
+                                        .arg(unreadable->field, unreadable->text.simplified())
+                                  : QString());
+    m_warning->setToolTip(m_warning->text().toHtmlEscaped());
 }

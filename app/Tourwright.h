@@ -93,6 +93,7 @@ private:
     void reset();
     void emptyViews();
     bool saveTo(const QString& path);
+    void readFrom(const QString& path);
 
     // Panoramas
     void refreshPanoList();
@@ -109,6 +110,9 @@ private:
     void clearLinkViews();
     void whitenLinkImages();
 
+    // Map
+    void showPlanPicture(const QString& path);
+
     // Hotspots
     void refreshPhotoTable();
     void refreshInfoTable();
@@ -121,6 +125,7 @@ private:
     QImage m_panoramaImage;  ///< 8192 x 4096, 24-bit RGB: the selected panorama
     QImage m_linkImages[2];  ///< 4096 x 2048, 24-bit RGB: the two panoramas of the selected link
     QImage m_matchPicture;   ///< what the picture view shows
+    QImage m_planPicture;    ///< what the plan view shows
     QImage m_markerPhoto[2]; ///< normal and selected; this and the following in R, G, B, A order
     QImage m_markerInfo[2];  ///< normal and selected
     QImage m_markerLink;
@@ -129,5 +134,6 @@ private:
     QString m_importFolder;                        ///< where the next import dialog starts
     std::unique_ptr<PanoMatchEditor> m_linkEditor; ///< made at the first manual link with lidar
     QLabel* m_status = nullptr;
+    QLabel* m_warning = nullptr; ///< in the status bar: what could not be read back once saved
     QNetworkAccessManager* m_network = nullptr;
 };

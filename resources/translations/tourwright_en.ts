@@ -112,6 +112,14 @@
 <context>
     <name>Tourwright</name>
     <message>
+        <source> is empty!</source>
+        <translation> is empty!</translation>
+    </message>
+    <message>
+        <source>Cannot be read back once saved: %1 &quot;%2&quot;</source>
+        <translation>Cannot be read back once saved: %1 &quot;%2&quot;</translation>
+    </message>
+    <message>
         <source>Yes</source>
         <translation>Yes</translation>
     </message>

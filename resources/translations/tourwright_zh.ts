@@ -112,6 +112,14 @@
 <context>
     <name>Tourwright</name>
     <message>
+        <source> is empty!</source>
+        <translation> 为空！</translation>
+    </message>
+    <message>
+        <source>Cannot be read back once saved: %1 &quot;%2&quot;</source>
+        <translation>保存后将无法原样读回：%1“%2”</translation>
+    </message>
+    <message>
         <source>Yes</source>
         <translation>是</translation>
     </message>
