@@ -14,9 +14,9 @@
 namespace nexomap {
 namespace {
 
-constexpr std::size_t kFewestShared = 5;
+constexpr std::size_t kFewestShared = 4;
 constexpr double kHeightSpread = 0.04; // of the stations' heights above the floor, as a share
-constexpr double kSmallestParallax = 1.5 * kDegree;
+constexpr double kSmallestParallax = 0.6 * kDegree;
 
 using BearingKey = std::array<std::uint32_t, 3>;
 

@@ -16,8 +16,8 @@ namespace nexomap {
 template <class... Pointers>
 void requireAll(const Pointers*... pointers)
 {
-    const bool missing = (!pointers || ...);
-    if (missing) throw Failure(NEXOMAP_BAD_ARGUMENT, "a null pointer was given");
+    for (const void* const pointer : {static_cast<const void*>(pointers)...})
+        if (!pointer) throw Failure(NEXOMAP_BAD_ARGUMENT, "a null pointer was given");
 }
 
 /// @throws Failure(NEXOMAP_BAD_ARGUMENT) unless every real is finite
