@@ -64,7 +64,10 @@ bool writeHead(CheckedFile& file, tour::Kind kind, const QString& name, qint64 l
 bool writeRecord(CheckedFile& file, const Source& record, QString* why)
 {
     QFile source(record.path);
-    if (!QFileInfo(record.path).isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    // A bare name is what an opened tour left of a photo that was not in it: never a file that happens to lie
+    // in the current folder.
+    const QFileInfo info(record.path);
+    if (info.isRelative() || !info.isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         *why = say("%1 cannot be opened").arg(record.path);
         return false;
     }

@@ -3,6 +3,7 @@
 
 // A tour file becomes a project, its files and the linking library's state.
 
+#include "project/SaveTour.h"
 #include "tests/linking/support/TourFolders.h"
 
 #include <QFileInfo>
@@ -166,6 +167,21 @@ TEST_F(OpenTour, APhotoThatDoesNotLoadKeepsItsPathAndNoSize)
         EXPECT_EQ(photo.photo_width, 0);
         EXPECT_EQ(photo.photo_height, 0);
     }
+}
+
+TEST_F(OpenTour, APhotoThatIsNotInTheTourIsNotTakenFromTheCurrentFolderWhenItIsSaved)
+{
+    ASSERT_TRUE(
+        open({xml(panoElement(kA, "<link_photo src='secret.txt'/>")), {0xFFE1, "a.pno", panoramaBytes(kA)}}));
+    EXPECT_EQ(node(0).photos[0].photo_path, QStringLiteral("secret.txt"));
+    writeBytes(top() + QStringLiteral("secret.txt"), "mine");
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(top());
+    const SaveResult result = saveTour(project, 0, top() + QStringLiteral("again.roa"));
+    QDir::setCurrent(before);
+    EXPECT_EQ(result.outcome, SaveOutcome::Failed);
+    EXPECT_TRUE(result.detail.contains(QLatin1String("secret.txt")));
+    EXPECT_FALSE(QFileInfo::exists(top() + QStringLiteral("again.roa")));
 }
 
 TEST_F(OpenTour, TwoPhotosOfOneNameWithDifferentBytesKeepTheirOwn)
