@@ -78,7 +78,7 @@ void Tourwright::handOver(const QString& applicationFolder, const QString& worki
                           const QString& outputFolder, const QString& viewerPath)
 {
     m_project.folders = {applicationFolder, workingFolder, outputFolder, viewerPath};
-    m_importFolder = applicationFolder;
+    m_importFolder = m_photoFolder = applicationFolder;
     m_linker->init(workingFolder);
     NewRoam();
     showStatus();
@@ -155,6 +155,9 @@ void Tourwright::connectCommands()
     command(m_ui->plainInfo, &QPlainTextEdit::textChanged, &Tourwright::EditInfoContent);
     command(m_ui->tablePhoto, &QTableWidget::currentCellChanged, &Tourwright::SelPhoto);
     command(m_ui->tableInfo, &QTableWidget::currentCellChanged, &Tourwright::SelInfo);
+    // A click on the row that is current already takes the view's selection back from the other table.
+    connect(m_ui->tablePhoto, &QTableWidget::cellClicked, m_ui->widgetPhoto, &HotSpotWidget::selectPhoto);
+    connect(m_ui->tableInfo, &QTableWidget::cellClicked, m_ui->widgetPhoto, &HotSpotWidget::selectInfo);
 }
 
 void Tourwright::showStatus()

@@ -116,6 +116,11 @@ private:
     // Hotspots
     void refreshPhotoTable();
     void refreshInfoTable();
+    void refreshPhotoRow();
+    void refreshInfoRow();
+    PhotoHotspot* selectedPhoto() const;
+    InfoHotspot* selectedInfo() const;
+    void showPhoto(const QImage& picture);
 
     void showStatus();
 
@@ -126,12 +131,14 @@ private:
     QImage m_linkImages[2];  ///< 4096 x 2048, 24-bit RGB: the two panoramas of the selected link
     QImage m_matchPicture;   ///< what the picture view shows
     QImage m_planPicture;    ///< what the plan view shows
+    QImage m_photoPicture;   ///< picture of the selected photo hotspot, or null
     QImage m_markerPhoto[2]; ///< normal and selected; this and the following in R, G, B, A order
     QImage m_markerInfo[2];  ///< normal and selected
     QImage m_markerLink;
     QImage m_markerBox[2]; ///< box selection off and on
     QImage m_markerDelete;
     QString m_importFolder;                        ///< where the next import dialog starts
+    QString m_photoFolder;                         ///< where the next photo dialog starts
     std::unique_ptr<PanoMatchEditor> m_linkEditor; ///< made at the first manual link with lidar
     QLabel* m_status = nullptr;
     QLabel* m_warning = nullptr; ///< in the status bar: what could not be read back once saved

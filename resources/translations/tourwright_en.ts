@@ -224,6 +224,14 @@
         <translation>Select the pno file (multiple selection is supported)</translation>
     </message>
     <message>
+        <source>Select jpg File</source>
+        <translation>Select jpg File</translation>
+    </message>
+    <message>
+        <source>jpg File(*.jpg)</source>
+        <translation>jpg File(*.jpg)</translation>
+    </message>
+    <message>
         <source>pno File(*.pno)</source>
         <translation>pno File(*.pno)</translation>
     </message>

@@ -224,6 +224,14 @@
         <translation>选择 pno 文件（支持多选）</translation>
     </message>
     <message>
+        <source>Select jpg File</source>
+        <translation>选择 jpg 文件</translation>
+    </message>
+    <message>
+        <source>jpg File(*.jpg)</source>
+        <translation>jpg 文件(*.jpg)</translation>
+    </message>
+    <message>
         <source>pno File(*.pno)</source>
         <translation>pno 文件(*.pno)</translation>
     </message>

@@ -95,12 +95,9 @@ TEST_F(CommandTable, CommandsThatAreNotMadeYetChangeNothing)
     click("buttonAutoGenLink");
     project().modified = false;
     linker->calls.clear();
-    for (const char* button : {"buttonGenMap", "buttonAddPhoto", "buttonDelPhoto", "buttonSelPhoto",
-                               "buttonAddInfo", "buttonDelInfo"})
-        find<QPushButton>(button)->click();
+    find<QPushButton>("buttonGenMap")->click();
     choose("menu", "actionUpload");
     window->Upload();
-    choose("menuFile", "actionOpen");
     EXPECT_EQ(linker->calls, QStringList());
     EXPECT_FALSE(project().modified);
     EXPECT_EQ(project().panoramas.size(), 2u);

@@ -96,7 +96,7 @@ TEST_P(Translation, PlaceholdersSurvive)
 {
     const QMap<QString, QString> finished = read(translationSource(GetParam())).finished;
     for (auto it = finished.begin(); it != finished.end(); ++it)
-        for (const char* placeholder : {"%1", "%2", "(*.roa)", "(*.pno)"})
+        for (const char* placeholder : {"%1", "%2", "(*.roa)", "(*.pno)", "(*.jpg)"})
             EXPECT_EQ(it.key().contains(QLatin1String(placeholder)),
                       it.value().contains(QLatin1String(placeholder)))
                 << it.key().toStdString();
