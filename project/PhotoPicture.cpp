@@ -8,12 +8,17 @@
 
 namespace {
 
+// Only the JPEG decoder scales while it reads; all others hold the whole picture first.
+qint64 mostPixels(const QImageReader& reader)
+{
+    return reader.format() == "jpeg" ? kMostPhotoPixels : kMostPhotoPixels / 2;
+}
+
 QSize acceptedSize(const QImageReader& reader)
 {
     const QSize size = reader.size();
-    const bool accepted =
-        size.width() > 0 && size.height() > 0 && qint64(size.width()) * size.height() <= kMostPhotoPixels;
-    return accepted ? size : QSize();
+    const bool some = size.width() > 0 && size.height() > 0;
+    return some && qint64(size.width()) * size.height() <= mostPixels(reader) ? size : QSize();
 }
 
 void prepare(QImageReader* reader, const QString& path)
@@ -51,7 +56,6 @@ QImage loadPhoto(const QString& path)
     prepare(&reader, path);
     const QSize size = acceptedSize(reader);
     if (!size.isValid()) return {};
-    // The decoder scales while it reads, so that a large photograph is never held at its full size.
     if (exceedsPhotoSide(size))
         reader.setScaledSize(
             size.scaled(kLargestPhotoSide, kLargestPhotoSide, Qt::KeepAspectRatio).expandedTo({1, 1}));

@@ -12,11 +12,12 @@
 /// No photo of a tour is wider or higher, in pixels.
 constexpr int kLargestPhotoSide = 4096;
 
-/// A larger picture is not decoded at all: 200 million pixels, the most that cameras deliver in one shot.
+/// A larger JPEG is not decoded at all: 200 million pixels, the most that cameras deliver in one shot. For
+/// other formats, which cannot be scaled while they are read, the limit is half of it.
 constexpr qint64 kMostPhotoPixels = 200'000'000;
 
 /// Width and height that the file's header states, before any turning; invalid when the file is no plain
-/// file, cannot be read, is no picture, or has more than `kMostPhotoPixels`. Decodes nothing.
+/// file, cannot be read, is no picture, or exceeds the limit of `kMostPhotoPixels`. Decodes nothing.
 QSize statedPhotoSize(const QString& path);
 
 /// Whether a picture of this size has to be scaled before it may be part of a tour.

@@ -246,6 +246,17 @@ TEST_F(ChoosePhoto, APictureOf30000By30000PixelsIsRefused)
     expectRefused(path);
 }
 
+TEST_F(ChoosePhoto, APictureThatCannotBeScaledWhileItIsReadMayHaveHalfThePixels)
+{
+    EXPECT_TRUE(
+        statedPhotoSize(tour.write(QStringLiteral("a.jpg"), photos::pngThatStates(10000, 10000))).isValid());
+    EXPECT_FALSE(
+        statedPhotoSize(tour.write(QStringLiteral("b.jpg"), photos::pngThatStates(10000, 10001))).isValid());
+    EXPECT_TRUE(
+        statedPhotoSize(tour.write(QStringLiteral("c.jpg"), photos::jpegThatStates(20000, 10000))).isValid());
+    expectRefused(tour.write(QStringLiteral("d.jpg"), photos::pngThatStates(30000, 30000)));
+}
+
 #ifdef Q_OS_LINUX
 TEST_F(ChoosePhoto, AnUnreadableFileChangesNothing)
 {

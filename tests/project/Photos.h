@@ -51,6 +51,32 @@ inline QByteArray jpegThatStates(int width, int height)
     return bytes;
 }
 
+/// The check sum of a PNG chunk, over its name and data.
+inline quint32 crc32(const QByteArray& bytes)
+{
+    quint32 crc = ~quint32(0);
+    for (const char byte : bytes) {
+        crc ^= static_cast<quint8>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (crc & 1 ? 0xedb88320u : 0u);
+    }
+    return ~crc;
+}
+
+/// A PNG whose header states this size, with the data of a small one behind it.
+inline QByteArray pngThatStates(int width, int height)
+{
+    const auto number = [](quint32 value) {
+        QByteArray bytes;
+        for (int shift = 24; shift >= 0; shift -= 8)
+            bytes += static_cast<char>(value >> shift);
+        return bytes;
+    };
+    QByteArray bytes = encoded(picture(64, 64), "png");
+    bytes.replace(16, 8, number(static_cast<quint32>(width)) + number(static_cast<quint32>(height)));
+    return bytes.replace(29, 4, number(crc32(bytes.mid(12, 17))));
+}
+
 /// A JPEG with a note that the camera was turned, so that it is shown a quarter turned.
 inline QByteArray turnedJpeg(int width, int height)
 {

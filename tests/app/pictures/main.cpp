@@ -1,18 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// Takes the pictures of the main window: imports the panoramas of a folder, links them, selects a link and
-// saves what the window shows.
+// Takes the pictures of the main window: imports the panoramas of a folder, links them, selects a link, adds
+// hotspots and saves what the window shows.
 
 #include "app/Tourwright.h"
 #include "linking/NexomapLinker.h"
 #include "project/LocalText.h"
 #include "project/ProjectFolders.h"
 #include "tests/app/support/DialogRobot.h"
+#include "views/HotSpotWidget.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QTableWidget>
@@ -92,6 +95,31 @@ void selectLink(Tourwright& window, int row)
                       table->visualItemRect(table->item(row, 1)).center());
 }
 
+// The photo is what the view shows before it turns.
+void addHotspots(Tourwright& window, const QString& folder)
+{
+    auto* view = find<HotSpotWidget>(window, "widgetPhoto");
+    const QString photo = folder + QStringLiteral("/photo.jpg");
+    if (!view->panorama() || !view->grabFramebuffer().save(photo)) return;
+    const QPoint middle = view->rect().center();
+    QTest::mousePress(view, Qt::LeftButton, {}, middle);
+    QTest::mouseMove(view, middle - QPoint(view->width() / 6, 0));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, middle);
+    view->grabFramebuffer();
+    find<QTabWidget>(window, "tabHotspot")->setCurrentIndex(1);
+    click(window, "buttonAddInfo");
+    QTest::keyClicks(find<QLineEdit>(window, "lineInfoCaption"), QStringLiteral("Pillar"));
+    QTest::keyClicks(find<QPlainTextEdit>(window, "plainInfo"), QStringLiteral("Bears the upper floor."));
+    view->resetView();
+    view->grabFramebuffer();
+    find<QTabWidget>(window, "tabHotspot")->setCurrentIndex(0);
+    click(window, "buttonAddPhoto");
+    DialogRobot robot(&window);
+    robot.choose(photo);
+    click(window, "buttonSelPhoto");
+    QTest::keyClicks(find<QLineEdit>(window, "linePhotoCaption"), QStringLiteral("View to the west"));
+}
+
 bool takePictures(Tourwright& window, const Order& order)
 {
     bool good = savePicture(window, order.pictures + QStringLiteral("/empty.png"));
@@ -101,6 +129,8 @@ bool takePictures(Tourwright& window, const Order& order)
     selectLink(window, 1);
     good = savePicture(window, order.pictures + QStringLiteral("/main-window.png")) && good;
     find<QTabWidget>(window, "tabMain")->setCurrentIndex(1);
+    const QTemporaryDir photos;
+    addHotspots(window, photos.path());
     return savePicture(window, order.pictures + QStringLiteral("/hotspots.png")) && good;
 }
 
