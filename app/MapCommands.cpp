@@ -3,12 +3,25 @@
 
 // The navigation map.
 
+#include "app/Messages.h"
 #include "app/Tourwright.h"
+#include "linking/Linker.h"
 #include "ui_Tourwright.h"
 
 #include <QImageReader>
 
 void Tourwright::GenMap() {}
+
+bool Tourwright::confirmPointDeletion()
+{
+    return messages::confirmPointDeletion(this);
+}
+
+void Tourwright::pointCloudRewritten(const QString& path)
+{
+    m_linker->compressCloud(path);
+    markModified();
+}
 
 void Tourwright::showPlanPicture(const QString& path)
 {

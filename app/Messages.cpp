@@ -50,6 +50,13 @@ constexpr Message kLinkExists = {
 constexpr Message kNothingToPreview = {
     QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Preview Panorama Roaming"),
     QT_TRANSLATE_NOOP("Tourwright", "Please add panoramas first!")};
+constexpr Message kNotConnected = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Create Map"),
+    QT_TRANSLATE_NOOP("Tourwright", "Some panoramas are not connected, do you want to continue anyway?"), kYesNo, QMessageBox::No};
+constexpr Message kDeletePoints = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Delete Points in Point Cloud"),
+    QT_TRANSLATE_NOOP("Tourwright", "The selected points in the point cloud will be deleted. Do you want to continue?"),
+    kYesNo, QMessageBox::No};
 constexpr Message kLibraryMissing = {
     QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Panorama Linking"),
     QT_TRANSLATE_NOOP("Tourwright", "Panoramas cannot be linked.")};
@@ -163,6 +170,16 @@ void linkExists(QWidget* parent)
 void nothingToPreview(QWidget* parent)
 {
     show(parent, kNothingToPreview);
+}
+
+bool askMapOfUnconnected(QWidget* parent)
+{
+    return show(parent, kNotConnected) == QMessageBox::Yes;
+}
+
+bool confirmPointDeletion(QWidget* parent)
+{
+    return show(parent, kDeletePoints) == QMessageBox::Yes;
 }
 
 void linkingLibraryMissing(QWidget* parent, const QString& problem)

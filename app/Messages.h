@@ -49,6 +49,11 @@ void linkExists(QWidget* parent);
 /// A tour without panoramas cannot be previewed.
 void nothingToPreview(QWidget* parent);
 
+/// Whether to make a map although links do not join all panoramas.
+bool askMapOfUnconnected(QWidget* parent);
+/// Whether the points selected in the point cloud may go.
+bool confirmPointDeletion(QWidget* parent);
+
 /// @param problem  sentence that says which library or function is missing
 void linkingLibraryMissing(QWidget* parent, const QString& problem);
 /// Another instance of the program works in the same folder.

@@ -109,7 +109,7 @@ void Tourwright::setUpViews()
     m_ui->widgetPhoto->setUp(this, &m_panoramaImage, hotspots, HotSpotWidget::Hotspots, 0);
     m_ui->widgetLink0->setUp(this, &m_linkImages[0], link, HotSpotWidget::Link, 0);
     m_ui->widgetLink1->setUp(this, &m_linkImages[1], link, HotSpotWidget::Link, 1);
-    m_ui->widgetPntCloud->setUp(&m_markerBox[0], &m_markerBox[1], &m_markerDelete);
+    m_ui->widgetPntCloud->setUp(this, &m_markerBox[0], &m_markerBox[1], &m_markerDelete);
 }
 
 void Tourwright::setUpTables()

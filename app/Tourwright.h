@@ -5,6 +5,7 @@
 
 #include "project/RoamProject.h"
 #include "views/HotSpotOwner.h"
+#include "views/PntCloudOwner.h"
 
 #include <QImage>
 #include <QMainWindow>
@@ -25,7 +26,7 @@ struct AutoLinkStep;
 /// its slots. A slot reads the widgets, calls what does the work and shows the result; the slots of one page
 /// of work stand in one source file (ProjectCommands.cpp, PanoramaCommands.cpp, LinkCommands.cpp,
 /// MapCommands.cpp, HotspotCommands.cpp, PublishingCommands.cpp).
-class Tourwright : public QMainWindow, private HotSpotOwner
+class Tourwright : public QMainWindow, private HotSpotOwner, private PntCloudOwner
 {
     Q_OBJECT
 
@@ -80,6 +81,10 @@ private:
     void selectPhotoRow(int row) override;
     void selectInfoRow(int row) override;
     void markModified() override;
+
+    // PntCloudOwner (MapCommands.cpp)
+    bool confirmPointDeletion() override;
+    void pointCloudRewritten(const QString& path) override;
 
     // Construction (Tourwright.cpp)
     void loadMarkers();

@@ -11,12 +11,16 @@ PntCloudWidget::PntCloudWidget(QWidget* parent)
     RequestViewContext(this);
 }
 
-void PntCloudWidget::setUp(const QImage* boxSelect, const QImage* boxSelectOn, const QImage* remove)
+void PntCloudWidget::setUp(PntCloudOwner* owner, const QImage* boxSelect, const QImage* boxSelectOn,
+                           const QImage* remove)
 {
+    m_owner = owner;
     m_boxSelect = boxSelect;
     m_boxSelectOn = boxSelectOn;
     m_remove = remove;
 }
+
+void PntCloudWidget::LoadPointCloud(const QString&) {}
 
 void PntCloudWidget::ResetPointCloud()
 {

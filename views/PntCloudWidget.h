@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "views/PntCloudOwner.h"
+
 #include <QOpenGLFunctions>
 #include <QOpenGLWidget>
 
@@ -16,7 +18,12 @@ public:
 
     /// One call after construction: the icons, held by the owner, who outlives the view; bytes in R, G, B, A
     /// order.
-    void setUp(const QImage* boxSelect, const QImage* boxSelectOn, const QImage* remove);
+    void setUp(PntCloudOwner* owner, const QImage* boxSelect, const QImage* boxSelectOn,
+               const QImage* remove);
+
+    /// Shows a point-cloud file; a file that cannot be shown leaves the view empty.
+    /// @param path  absolute
+    void LoadPointCloud(const QString& path);
 
     /// Back to the empty state: no cloud.
     void ResetPointCloud();
@@ -26,6 +33,7 @@ protected:
     void paintGL() override;
 
 private:
+    PntCloudOwner* m_owner = nullptr;
     const QImage* m_boxSelect = nullptr;
     const QImage* m_boxSelectOn = nullptr;
     const QImage* m_remove = nullptr;

@@ -184,6 +184,22 @@
         <translation>Please add panoramas first!</translation>
     </message>
     <message>
+        <source>Create Map</source>
+        <translation>Create Map</translation>
+    </message>
+    <message>
+        <source>Some panoramas are not connected, do you want to continue anyway?</source>
+        <translation>Some panoramas are not connected, do you want to continue anyway?</translation>
+    </message>
+    <message>
+        <source>Delete Points in Point Cloud</source>
+        <translation>Delete Points in Point Cloud</translation>
+    </message>
+    <message>
+        <source>The selected points in the point cloud will be deleted. Do you want to continue?</source>
+        <translation>The selected points in the point cloud will be deleted. Do you want to continue?</translation>
+    </message>
+    <message>
         <source>Panorama Linking</source>
         <translation>Panorama Linking</translation>
     </message>

@@ -184,6 +184,22 @@
         <translation>请先添加全景点！</translation>
     </message>
     <message>
+        <source>Create Map</source>
+        <translation>创建导航图</translation>
+    </message>
+    <message>
+        <source>Some panoramas are not connected, do you want to continue anyway?</source>
+        <translation>部分全景点没有连接，是否仍要继续？</translation>
+    </message>
+    <message>
+        <source>Delete Points in Point Cloud</source>
+        <translation>删除点云中的点</translation>
+    </message>
+    <message>
+        <source>The selected points in the point cloud will be deleted. Do you want to continue?</source>
+        <translation>将删除点云中选中的点。是否继续？</translation>
+    </message>
+    <message>
         <source>Panorama Linking</source>
         <translation>全景链接</translation>
     </message>
