@@ -34,6 +34,7 @@ void forEachRange(const std::vector<std::size_t>& borders, const Work& work)
 {
     std::vector<std::thread> threads;
     const std::size_t parts = borders.size() - 1;
+    threads.reserve(parts);
     for (std::size_t part = 1; part < parts; ++part) {
         const auto run = [&work, &borders, part] { work(part, borders[part], borders[part + 1]); };
         try {
