@@ -4,7 +4,8 @@
 // Point-cloud files: lossless there and back, nothing else taken.
 
 #include "nexomap/include/NexomapLib.h"
-#include "nexomap/src/merge/CloudFile.h"
+#include "nexomap/src/files/WorkingFolder.h"
+#include "nexomap/src/merge/CloudBlocks.h"
 #include "tests/nexomap/MadeUpTour.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ using namespace nexomap;
 
 namespace {
 
-Bytes someCloud(std::size_t points, unsigned seed)
+std::vector<CloudPoint> somePoints(std::size_t points, unsigned seed)
 {
     std::mt19937 random(seed);
     std::vector<CloudPoint> all(points);
@@ -26,13 +27,21 @@ Bytes someCloud(std::size_t points, unsigned seed)
         p.green = std::uint8_t(random());
         p.blue = std::uint8_t(random());
     }
-    return encodeCloud(gridFor({-3, -4, -2}, {8, 9, 1}, 2), all);
+    return all;
 }
 
 class CloudCompression : public ::testing::Test
 {
 protected:
     TemporaryFolder folder{u8"nexomap 点云"};
+    Bytes someCloud(std::size_t points, unsigned seed)
+    {
+        const std::filesystem::path path = folder / "some";
+        writeCloud(path, CloudInMemory(gridFor({-3, -4, -2}, {8, 9, 1}, 2), somePoints(points, seed)))
+            .finish();
+        return readFile(path);
+    }
+
     std::string tmp = (folder / "cloud.tmp").string(), cld = (folder / "cloud.cld").string();
 
     void roundTrip(const Bytes& cloud)

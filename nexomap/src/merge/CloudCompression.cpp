@@ -116,16 +116,16 @@ std::string otherEnding(const std::string& path, const std::string& from, const 
 
 std::size_t pointsOf(const Bytes& cloud)
 {
-    const std::optional<std::size_t> points = cloudPoints(cloud);
+    std::optional<std::uint32_t> points;
+    if (cloud.size() >= kCloudHeaderBytes) points = cloudPoints(cloud.data(), cloud.size());
     if (!points) throw Failure(NEXOMAP_BAD_FILE, "not a point cloud");
     return *points;
 }
 
 } // namespace
 
-void compressCloudFile(const std::string& path)
+PendingFile compressCloud(const std::filesystem::path& path, const std::filesystem::path& target)
 {
-    const std::string target = otherEnding(path, ".tmp", ".cld");
     const Bytes cloud = readFile(path);
     const Bytes coded = differences(cloud, pointsOf(cloud));
     Bytes packed(ZSTD_compressBound(coded.size()));
@@ -139,7 +139,15 @@ void compressCloudFile(const std::string& path)
     out.put(std::uint64_t(packed.size()));
     out.put(checksum(cloud));
     out.bytes.insert(out.bytes.end(), packed.begin(), packed.end());
-    writeFile(target, out.bytes);
+    PendingFile file(target);
+    file.write(out.bytes.data(), out.bytes.size());
+    file.close();
+    return file;
+}
+
+void compressCloudFile(const std::string& path)
+{
+    compressCloud(path, otherEnding(path, ".tmp", ".cld")).finish();
 }
 
 void decompressCloudFile(const std::string& path)

@@ -3,7 +3,9 @@
 
 #include "nexomap/src/merge/CloudFile.h"
 
+#include "nexomap/src/Failure.h"
 #include "nexomap/src/files/ByteStream.h"
+#include "nexomap/src/merge/CloudBlocks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,6 +15,66 @@ namespace {
 constexpr double kOriginUnit_m = 0.0001;
 constexpr double kMostSteps = 65000.0;
 constexpr double kMostCells = 1e8; // the view keeps a byte per cell
+constexpr std::size_t kPlanes = 9;
+constexpr std::size_t kPiece = 1 << 18;
+
+std::vector<std::uint8_t> header(const CloudGrid& grid, std::uint32_t points)
+{
+    ByteWriter out;
+    for (const std::uint32_t origin : grid.origin)
+        out.put(origin);
+    out.put(grid.unit_divisor);
+    out.put(std::uint32_t(0));
+    out.put(grid.width);
+    out.put(grid.height);
+    out.put(std::uint32_t(0));
+    out.put(grid.refinement);
+    out.put(grid.refinement_z);
+    out.put(std::uint64_t(0));
+    out.put(points);
+    out.put(std::uint32_t(kPlanes * points));
+    return out.bytes;
+}
+
+/// The pieces of the nine planes that are not on the disk yet.
+class PlaneBuffers
+{
+public:
+    PlaneBuffers(PendingFile& file, std::uint64_t points)
+        : m_file(file)
+        , m_points(points)
+        , m_pieces(kPlanes * kPiece)
+    {}
+    void put(const CloudPoint& point)
+    {
+        std::uint8_t* at = m_pieces.data() + m_held;
+        for (const std::uint16_t number : point.at) {
+            *at = std::uint8_t(number);
+            at[kPiece] = std::uint8_t(number >> 8);
+            at += 2 * kPiece;
+        }
+        *at = point.blue;
+        at[kPiece] = point.green;
+        at[2 * kPiece] = point.red;
+        if (++m_held == kPiece) flush();
+    }
+    void flush()
+    {
+        for (std::size_t plane = 0; plane < kPlanes && m_held; ++plane)
+            m_file.writeAt(kCloudHeaderBytes + plane * m_points + m_written, &m_pieces[plane * kPiece],
+                           m_held);
+        m_written += m_held;
+        m_held = 0;
+    }
+    std::uint64_t written() const { return m_written + m_held; }
+
+private:
+    PendingFile& m_file;
+    std::uint64_t m_points, m_written = 0;
+    std::vector<std::uint8_t> m_pieces;
+    std::size_t m_held = 0;
+};
+
 } // namespace
 
 Eigen::Vector3d CloudGrid::originMetres() const
@@ -41,45 +103,44 @@ CloudGrid gridFor(const Eigen::Vector3d& low, const Eigen::Vector3d& high, int c
     return grid;
 }
 
-Bytes encodeCloud(const CloudGrid& grid, const std::vector<CloudPoint>& points)
+Eigen::Vector3d worldOf(const CloudPoint& point, const CloudGrid& grid)
 {
-    ByteWriter out;
-    for (const std::uint32_t origin : grid.origin)
-        out.put(origin);
-    out.put(grid.unit_divisor);
-    out.put(std::uint32_t(0));
-    out.put(grid.width);
-    out.put(grid.height);
-    out.put(std::uint32_t(0));
-    out.put(grid.refinement);
-    out.put(grid.refinement_z);
-    out.put(std::uint64_t(0));
-    const std::size_t n = points.size();
-    out.put(std::uint32_t(n));
-    out.put(std::uint32_t(9 * n));
-    out.bytes.resize(kCloudHeaderBytes + 9 * n);
-    std::uint8_t* planes = out.bytes.data() + kCloudHeaderBytes;
-    for (std::size_t i = 0; i < n; ++i) {
-        const CloudPoint& point = points[i];
-        for (int axis = 0; axis < 3; ++axis) {
-            planes[2 * axis * n + i] = std::uint8_t(point.at[axis]);
-            planes[(2 * axis + 1) * n + i] = std::uint8_t(point.at[axis] >> 8);
-        }
-        planes[6 * n + i] = point.blue;
-        planes[7 * n + i] = point.green;
-        planes[8 * n + i] = point.red;
-    }
-    return out.bytes;
+    return Eigen::Vector3d((point.at[0] + 0.5) / grid.stepsPerMetre(),
+                           (point.at[1] + 0.5) / grid.stepsPerMetre(),
+                           (point.at[2] + 0.5) / grid.stepsPerMetreZ()) -
+           grid.originMetres();
 }
 
-std::optional<std::size_t> cloudPoints(const Bytes& cloud)
+PendingFile writeCloud(const std::filesystem::path& path, const CloudBlocks& cloud)
 {
-    if (cloud.size() < kCloudHeaderBytes) return std::nullopt;
-    ByteReader in(cloud.data() + 48, 8);
+    const std::uint64_t points = cloud.size();
+    if (points > 0xFFFFFFFFu / kPlanes)
+        throw Failure(NEXOMAP_CANNOT_WRITE, path.string() + ": too many points for a cloud file");
+    PendingFile file(path);
+    const std::vector<std::uint8_t> head = header(cloud.grid(), std::uint32_t(points));
+    file.write(head.data(), head.size());
+    PlaneBuffers planes(file, points);
+    cloud.forEachBlock([&](const CloudPoint* block, std::size_t count) {
+        // More points than announced would run into the next plane.
+        if (count > points - planes.written())
+            throw Failure(NEXOMAP_INTERNAL, "a cloud gives more points than it says");
+        for (std::size_t i = 0; i < count; ++i)
+            planes.put(block[i]);
+    });
+    planes.flush();
+    if (planes.written() != points)
+        throw Failure(NEXOMAP_INTERNAL, "a cloud gives fewer points than it says");
+    file.close();
+    return file;
+}
+
+std::optional<std::uint32_t> cloudPoints(const std::uint8_t* header, std::uint64_t file_bytes)
+{
+    ByteReader in(header + 48, 8);
     const std::uint64_t points = in.get<std::uint32_t>();
     const std::uint64_t bytes = in.get<std::uint32_t>();
-    if (bytes != 9 * points || cloud.size() != kCloudHeaderBytes + bytes) return std::nullopt;
-    return std::size_t(points);
+    if (bytes != kPlanes * points || file_bytes != kCloudHeaderBytes + bytes) return std::nullopt;
+    return std::uint32_t(points);
 }
 
 } // namespace nexomap

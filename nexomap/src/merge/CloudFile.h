@@ -3,12 +3,13 @@
 
 #pragma once
 
-#include "nexomap/src/files/WorkingFolder.h"
+#include "nexomap/src/merge/PendingFile.h"
 
 #include <Eigen/Core>
 
 #include <array>
 #include <optional>
+#include <vector>
 
 namespace nexomap {
 
@@ -40,10 +41,19 @@ struct CloudPoint
 /// @param low, high  corners of the box, metres; within 214 km of the world's origin
 CloudGrid gridFor(const Eigen::Vector3d& low, const Eigen::Vector3d& high, int cell_cm);
 
-/// Header of 56 bytes, then nine planes: x low and high byte, y, z, blue, green, red.
-Bytes encodeCloud(const CloudGrid& grid, const std::vector<CloudPoint>& points);
+class CloudBlocks;
 
-/// Number of points of a file whose lengths fit each other; nullopt for any other bytes.
-std::optional<std::size_t> cloudPoints(const Bytes& cloud);
+/// World coordinates of a point of the file.
+Eigen::Vector3d worldOf(const CloudPoint& point, const CloudGrid& grid);
+
+/// Header of 56 bytes, then nine planes: x low and high byte, y, z, blue, green, red. Holds a piece of each
+/// plane, never the cloud.
+/// @return the whole file, not yet under its name
+/// @throws Failure(NEXOMAP_CANNOT_WRITE)
+[[nodiscard]] PendingFile writeCloud(const std::filesystem::path& path, const CloudBlocks& cloud);
+
+/// Number of points that a header announces, when the file's size is what they take; nullopt otherwise.
+/// @param header  kCloudHeaderBytes bytes
+std::optional<std::uint32_t> cloudPoints(const std::uint8_t* header, std::uint64_t file_bytes);
 
 } // namespace nexomap

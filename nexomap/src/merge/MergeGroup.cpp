@@ -4,12 +4,12 @@
 #include "nexomap/src/merge/MergeGroup.h"
 
 #include "nexomap/src/merge/CloudCompression.h"
+#include "nexomap/src/merge/PictureFile.h"
 #include "nexomap/src/merge/PlanPicture.h"
 #include "nexomap/src/merge/PointFiles.h"
 #include "nexomap/src/merge/SurfaceSampling.h"
 #include "nexomap/src/merge/VoxelCloud.h"
 
-#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -108,12 +108,29 @@ bool cellAt(const CloudGrid& grid, const Eigen::Vector3d& world, std::array<std:
     return true;
 }
 
-Bytes png(const cv::Mat& picture)
+/// The cells' middles as measurements.
+class MiddlesOfCells : public SurfaceBlocks
 {
-    Bytes bytes;
-    cv::imencode(".png", picture, bytes, {cv::IMWRITE_PNG_COMPRESSION, 3});
-    return bytes;
-}
+public:
+    explicit MiddlesOfCells(const CloudBlocks& cloud)
+        : m_cloud(cloud)
+    {}
+    std::uint64_t size() const override { return m_cloud.size(); }
+    void forEachBlock(const Take& take) const override
+    {
+        m_cloud.forEachBlock([&](const CloudPoint* points, std::size_t count) {
+            std::vector<SurfacePoint> block(count);
+            for (std::size_t k = 0; k < count; ++k) {
+                const Eigen::Vector3f at = worldOf(points[k], m_cloud.grid()).cast<float>();
+                block[k] = {at.x(), at.y(), at.z(), points[k].red, points[k].green, points[k].blue};
+            }
+            take(block.data(), count);
+        });
+    }
+
+private:
+    const CloudBlocks& m_cloud;
+};
 
 } // namespace
 
@@ -172,35 +189,34 @@ void mergeGroup(Model& model, const Workplace& workplace, const MergeOptions& op
             });
         cloud.add(samples);
     }
-    const std::vector<CloudPoint> points = cloud.points();
+    const CloudInMemory cells(grid, cloud.points());
+    const MiddlesOfCells measurements(cells);
 
-    const PlanRaster raster = rasterFor(box.low, box.high, std::max(kPlanPixel_m, cell_cm * 0.01));
-    const cv::Mat3b colour = topView(points, grid, raster);
+    std::vector<PlanStation> places;
+    for (const int n : group)
+        places.push_back({model.nodes[n].pose.t, model.nodes[n].up, model.nodes[n].height_m});
+    const PlanRaster raster = planRaster(cells, places, std::max(kPlanPixel_m, cell_cm * 0.01));
+    const cv::Mat3b colour = topView(cells, raster);
     cv::Mat1b grey;
     cv::cvtColor(colour, grey, cv::COLOR_BGR2GRAY);
     const std::string id = model.nodes[group.front()].name + "-00000000";
     const std::string name = model.nodes[group.front()].name + "_" + model.nodes[group.back()].name + "_" +
                              std::to_string(group.size());
-    std::vector<std::pair<std::string, Bytes>> files{{id + ".tmp", encodeCloud(grid, points)},
-                                                     {name + "-gray.png", png(grey)},
-                                                     {name + "-color.png", png(colour)}};
-    if (!options.cloud_map) {
-        std::vector<double> floors;
-        for (const int n : group) {
-            const Node& node = model.nodes[n];
-            floors.push_back(node.pose.t.z() - (node.height_m > 0.0 ? node.height_m : 1.5));
-        }
-        std::nth_element(floors.begin(), floors.begin() + floors.size() / 2, floors.end());
-        files.emplace_back(id + ".png", png(wallPlan(points, grid, raster, floors[floors.size() / 2])));
-    }
+    const auto at = [&](const std::string& file) { return workplace.folder.pathOf(file); };
+    std::vector<PendingFile> files;
+    files.push_back(writeCloud(at(id + ".tmp"), cells));
+    files.push_back(compressCloud(files.back().placeholder(), at(id + ".cld")));
+    files.push_back(writePicture(at(name + "-gray.png"), grey, raster));
+    files.push_back(writePicture(at(name + "-color.png"), colour, raster));
+    if (!options.cloud_map)
+        files.push_back(writePicture(at(id + ".png"), wallPlan(cells, raster, places), raster, true));
     if (options.pts) {
-        writePts(workplace.folder.pathOf(name + "-group.pts"), points, grid);
-        writePts(workplace.folder.pathOf(name + "-concise.pts"),
-                 thinned(points, std::max(1, int(std::lround(0.05 * grid.stepsPerMetre())))), grid);
+        files.push_back(writePts(at(name + "-group.pts"), measurements));
+        files.push_back(writePts(at(name + "-concise.pts"), cells));
     }
-    if (options.binary) writePointBinary(workplace.folder.pathOf(name + "-group.bin"), points, grid);
-    workplace.folder.writeAll(files);
-    compressCloudFile(workplace.folder.pathOf(id + ".tmp").string());
+    if (options.binary) files.push_back(writePointBinary(at(name + "-group.bin"), measurements));
+    for (PendingFile& file : files)
+        file.finish();
     workplace.folder.makeNewest(id + ".tmp");
     workplace.folder.makeNewest(options.cloud_map ? name + "-color.png" : id + ".png");
 

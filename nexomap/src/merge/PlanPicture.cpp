@@ -10,49 +10,30 @@
 
 namespace nexomap {
 namespace {
-constexpr double kMargin_m = 0.5;
-constexpr double kMostPixels = 1e8;
 constexpr double kSliceFrom_m = 0.9, kSliceBin_m = 0.05;
 constexpr int kSliceBins = 22;
 constexpr int kWallBins = 11; // of them: furniture is lower, lintels are thinner
 } // namespace
 
-Eigen::Vector2i PlanRaster::pixelOf(const Eigen::Vector3d& world) const
+cv::Mat1b wallPlan(const CloudBlocks& cloud, const PlanRaster& raster,
+                   const std::vector<PlanStation>& stations)
 {
-    return {int(std::floor((world.x() - left) / pixel_m)), int(std::floor((top - world.y()) / pixel_m))};
-}
-
-PlanRaster rasterFor(const Eigen::Vector3d& low, const Eigen::Vector3d& high, double pixel_m)
-{
-    PlanRaster raster;
-    const Eigen::Vector3d size = high - low + Eigen::Vector3d::Constant(2 * kMargin_m);
-    raster.pixel_m = std::max(pixel_m, std::sqrt(size.x() * size.y() / kMostPixels));
-    raster.left = low.x() - kMargin_m;
-    raster.top = high.y() + kMargin_m;
-    raster.width = int(std::ceil(size.x() / raster.pixel_m));
-    raster.height = int(std::ceil(size.y() / raster.pixel_m));
-    return raster;
-}
-
-Eigen::Vector3d worldOf(const CloudPoint& point, const CloudGrid& grid)
-{
-    return Eigen::Vector3d((point.at[0] + 0.5) / grid.stepsPerMetre(),
-                           (point.at[1] + 0.5) / grid.stepsPerMetre(),
-                           (point.at[2] + 0.5) / grid.stepsPerMetreZ()) -
-           grid.originMetres();
-}
-
-cv::Mat1b wallPlan(const std::vector<CloudPoint>& points, const CloudGrid& grid, const PlanRaster& raster,
-                   double floor_m)
-{
+    std::vector<double> floors;
+    for (const PlanStation& station : stations)
+        floors.push_back(station.position.z() - (station.height_m > 0.0 ? station.height_m : 1.5));
+    std::nth_element(floors.begin(), floors.begin() + std::ptrdiff_t(floors.size() / 2), floors.end());
+    const double floor_m = floors[floors.size() / 2];
     cv::Mat1i filled(raster.height, raster.width, 0);
-    for (const CloudPoint& point : points) {
-        const Eigen::Vector3d world = worldOf(point, grid);
-        const int bin = int(std::floor((world.z() - floor_m - kSliceFrom_m) / kSliceBin_m));
-        const Eigen::Vector2i pixel = raster.pixelOf(world);
-        const bool inside = pixel.minCoeff() >= 0 && pixel.x() < raster.width && pixel.y() < raster.height;
-        if (inside && bin >= 0 && bin < kSliceBins) filled(pixel.y(), pixel.x()) |= 1 << bin;
-    }
+    cloud.forEachBlock([&](const CloudPoint* points, std::size_t point_count) {
+        for (std::size_t k = 0; k < point_count; ++k) {
+            const Eigen::Vector3d world = worldOf(points[k], cloud.grid());
+            const int bin = int(std::floor((world.z() - floor_m - kSliceFrom_m) / kSliceBin_m));
+            const Eigen::Vector2i pixel = raster.pixelOf(world);
+            const bool inside =
+                pixel.minCoeff() >= 0 && pixel.x() < raster.width && pixel.y() < raster.height;
+            if (inside && bin >= 0 && bin < kSliceBins) filled(pixel.y(), pixel.x()) |= 1 << bin;
+        }
+    });
     cv::Mat1b plan(raster.height, raster.width, std::uint8_t(255));
     // A wall's points spread over neighbouring pixels: together they fill the heights.
     for (int y = 1; y + 1 < raster.height; ++y)
@@ -80,18 +61,21 @@ cv::Mat1b wallPlan(const std::vector<CloudPoint>& points, const CloudGrid& grid,
     return plan;
 }
 
-cv::Mat3b topView(const std::vector<CloudPoint>& points, const CloudGrid& grid, const PlanRaster& raster)
+cv::Mat3b topView(const CloudBlocks& cloud, const PlanRaster& raster)
 {
     cv::Mat3b picture(raster.height, raster.width, cv::Vec3b(255, 255, 255));
     cv::Mat1i highest(raster.height, raster.width, -1);
-    for (const CloudPoint& point : points) {
-        const Eigen::Vector2i pixel = raster.pixelOf(worldOf(point, grid));
-        if (pixel.minCoeff() < 0 || pixel.x() >= raster.width || pixel.y() >= raster.height) continue;
-        int& top = highest(pixel.y(), pixel.x());
-        if (int(point.at[2]) <= top) continue;
-        top = point.at[2];
-        picture(pixel.y(), pixel.x()) = {point.blue, point.green, point.red};
-    }
+    cloud.forEachBlock([&](const CloudPoint* points, std::size_t count) {
+        for (std::size_t k = 0; k < count; ++k) {
+            const CloudPoint& point = points[k];
+            const Eigen::Vector2i pixel = raster.pixelOf(worldOf(point, cloud.grid()));
+            if (!raster.has(pixel)) continue;
+            int& top = highest(pixel.y(), pixel.x());
+            if (int(point.at[2]) <= top) continue;
+            top = point.at[2];
+            picture(pixel.y(), pixel.x()) = {point.blue, point.green, point.red};
+        }
+    });
     return picture;
 }
 

@@ -4,114 +4,118 @@
 #include "nexomap/src/merge/PointFiles.h"
 
 #include "nexomap/src/Failure.h"
-#include "nexomap/src/files/ByteStream.h"
-#include "nexomap/src/merge/PlanPicture.h"
-#include "nexomap/src/merge/VoxelCloud.h"
+#include "nexomap/src/merge/PtsText.h"
 
-#include <charconv>
 #include <cmath>
-#include <fstream>
-#include <functional>
-#include <unordered_set>
+#include <cstring>
 
 namespace nexomap {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Writes in pieces to a file that gets its name when it is whole.
-void writePieces(const fs::path& path, const std::function<void(std::ofstream&)>& write)
+constexpr std::size_t kPiece = 1 << 14; // points formatted between two writes
+
+/// Counts what comes through: a count line that lies makes readers misread the whole file.
+class Promise
 {
-    fs::path part = path;
-    part += ".part";
-    std::ofstream file(part, std::ios::binary | std::ios::trunc);
-    write(file);
+public:
+    explicit Promise(std::uint64_t points)
+        : m_left(points)
+    {}
+    void take(std::size_t count)
+    {
+        if (count > m_left) throw Failure(NEXOMAP_INTERNAL, "a cloud gives more points than it says");
+        m_left -= count;
+    }
+    void keep() const
+    {
+        if (m_left != 0) throw Failure(NEXOMAP_INTERNAL, "a cloud gives fewer points than it says");
+    }
+
+private:
+    std::uint64_t m_left;
+};
+
+/// Opens the file, writes the count and lets `put(to, point)` format every point in at most `most` bytes.
+template <class Point, class Blocks, class Put>
+PendingFile writePoints(const fs::path& path, const std::vector<char>& head, const Blocks& blocks,
+                        std::size_t most, const Put& put)
+{
+    PendingFile file(path);
+    file.write(head.data(), head.size());
+    Promise promise(blocks.size());
+    std::vector<char> piece(kPiece * most);
+    blocks.forEachBlock([&](const Point* points, std::size_t count) {
+        promise.take(count);
+        for (std::size_t from = 0; from < count; from += kPiece) {
+            char* to = piece.data();
+            for (std::size_t k = from; k < std::min(count, from + kPiece); ++k)
+                to = put(to, points[k]);
+            file.write(piece.data(), std::size_t(to - piece.data()));
+        }
+    });
+    promise.keep();
     file.close();
-    std::error_code error;
-    if (!file.fail()) fs::rename(part, path, error);
-    if (!file.fail() && !error) return;
-    std::error_code ignored;
-    fs::remove(part, ignored);
-    throw Failure(NEXOMAP_CANNOT_WRITE, "cannot write " + path.string());
+    return file;
 }
 
-/// Four decimals by whole numbers: much faster than formatting reals.
-char* putMetres(char* to, double metres)
+std::vector<char> countLine(std::uint64_t points)
 {
-    long long number = std::llround(metres * 10000.0);
-    if (number < 0) *to++ = '-', number = -number;
-    to = std::to_chars(to, to + 20, number / 10000).ptr;
-    *to++ = '.';
-    const int rest = int(number % 10000);
-    for (const int unit : {1000, 100, 10, 1})
-        *to++ = char('0' + rest / unit % 10);
+    const std::string line = std::to_string(points) + "\n";
+    return {line.begin(), line.end()};
+}
+
+char* putLittle(char* to, std::uint64_t bits, std::size_t bytes)
+{
+    for (std::size_t k = 0; k < bytes; ++k)
+        *to++ = char(bits >> (8 * k));
     return to;
 }
 
-constexpr std::size_t kPiece = 1 << 16;
+char* putReal(char* to, float value)
+{
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return putLittle(to, bits, sizeof bits);
+}
 
 } // namespace
 
-void writePts(const fs::path& path, const std::vector<CloudPoint>& points, const CloudGrid& grid)
+PendingFile writePts(const fs::path& path, const SurfaceBlocks& surface)
 {
-    writePieces(path, [&](std::ofstream& file) {
-        file << points.size() << "\n";
-        std::vector<char> text;
-        for (std::size_t from = 0; from < points.size() && file; from += kPiece) {
-            const std::size_t to = std::min(points.size(), from + kPiece);
-            text.resize(kPiece * 128);
-            char* at = text.data();
-            for (std::size_t k = from; k < to; ++k) {
-                const CloudPoint& point = points[k];
-                const Eigen::Vector3d world = worldOf(point, grid);
-                for (int axis = 0; axis < 3; ++axis) {
-                    at = putMetres(at, world[axis]);
-                    *at++ = ' ';
-                }
-                const int grey = (299 * point.red + 587 * point.green + 114 * point.blue) / 1000;
-                for (const int value : {grey, int(point.red), int(point.green), int(point.blue)}) {
-                    at = std::to_chars(at, at + 8, value).ptr;
-                    *at++ = ' ';
-                }
-                at[-1] = '\n';
-            }
-            file.write(text.data(), at - text.data());
-        }
-    });
+    const PtsText text;
+    return writePoints<SurfacePoint>(path, countLine(surface.size()), surface, PtsText::kMostBytes,
+                                     [&](char* to, const SurfacePoint& p) {
+                                         for (const float metres : {p.x, p.y, p.z})
+                                             to = text.putMetres(to, double(metres));
+                                         return text.putColour(to, p.red, p.green, p.blue);
+                                     });
 }
 
-void writePointBinary(const fs::path& path, const std::vector<CloudPoint>& points, const CloudGrid& grid)
+PendingFile writePts(const fs::path& path, const CloudBlocks& cloud)
 {
-    writePieces(path, [&](std::ofstream& file) {
-        ByteWriter head;
-        head.putText("NXB1", 4);
-        head.put(std::uint64_t(points.size()));
-        file.write(reinterpret_cast<const char*>(head.bytes.data()), std::streamsize(head.bytes.size()));
-        for (std::size_t from = 0; from < points.size() && file; from += kPiece) {
-            ByteWriter out;
-            for (std::size_t k = from; k < std::min(points.size(), from + kPiece); ++k) {
-                const Eigen::Vector3d world = worldOf(points[k], grid);
-                for (int axis = 0; axis < 3; ++axis)
-                    out.put(float(world[axis]));
-                out.put(points[k].red);
-                out.put(points[k].green);
-                out.put(points[k].blue);
-                out.put(std::uint8_t(255));
-            }
-            file.write(reinterpret_cast<const char*>(out.bytes.data()), std::streamsize(out.bytes.size()));
-        }
-    });
+    const PtsText text;
+    return writePoints<CloudPoint>(path, countLine(cloud.size()), cloud, PtsText::kMostBytes,
+                                   [&](char* to, const CloudPoint& p) {
+                                       const Eigen::Vector3d world = worldOf(p, cloud.grid());
+                                       for (int axis = 0; axis < 3; ++axis)
+                                           to = text.putMetres(to, world[axis]);
+                                       return text.putColour(to, p.red, p.green, p.blue);
+                                   });
 }
 
-std::vector<CloudPoint> thinned(const std::vector<CloudPoint>& points, int factor)
+PendingFile writePointBinary(const fs::path& path, const SurfaceBlocks& surface)
 {
-    std::vector<CloudPoint> few;
-    std::unordered_set<std::uint64_t> seen;
-    for (const CloudPoint& point : points) {
-        const auto cell = [&](int axis) { return std::uint16_t(point.at[axis] / factor); };
-        if (seen.insert(mortonKey(cell(0), cell(1), cell(2))).second) few.push_back(point);
-    }
-    return few;
+    std::vector<char> head(12);
+    putLittle(std::copy_n("NXB1", 4, head.data()), surface.size(), 8);
+    return writePoints<SurfacePoint>(path, head, surface, 16, [](char* to, const SurfacePoint& p) {
+        for (const float metres : {p.x, p.y, p.z})
+            to = putReal(to, metres);
+        for (const std::uint8_t byte : {p.red, p.green, p.blue, std::uint8_t(255)})
+            *to++ = char(byte);
+        return to;
+    });
 }
 
 } // namespace nexomap

@@ -3,23 +3,21 @@
 
 #pragma once
 
-#include "nexomap/src/merge/CloudFile.h"
-
-#include <filesystem>
+#include "nexomap/src/merge/CloudBlocks.h"
+#include "nexomap/src/merge/PendingFile.h"
 
 namespace nexomap {
 
-/// PTS text: a line with the count, then a line "x y z intensity r g b" per point; metres with four decimals.
-/// @throws Failure(NEXOMAP_CANNOT_WRITE)
-void writePts(const std::filesystem::path& path, const std::vector<CloudPoint>& points,
-              const CloudGrid& grid);
+// Point files for other programs, written piece by piece. They come back whole, not yet under their names.
+// All throw Failure(NEXOMAP_CANNOT_WRITE), and what the cloud throws.
+
+/// PTS text: a line with the count, then a line "x y z intensity r g b" per point, each ended by a line feed:
+/// metres with four decimals; intensity 0 to 255 is the colour's brightness.
+[[nodiscard]] PendingFile writePts(const std::filesystem::path& path, const SurfaceBlocks& surface);
+[[nodiscard]] PendingFile writePts(const std::filesystem::path& path, const CloudBlocks& cloud);
 
 /// "NXB1", the count as u64, then 16 bytes a point: x, y, z as f32 metres, red, green, blue, 255.
 /// Little-endian.
-void writePointBinary(const std::filesystem::path& path, const std::vector<CloudPoint>& points,
-                      const CloudGrid& grid);
-
-/// One point per cell of `factor` grid steps, the first in order.
-std::vector<CloudPoint> thinned(const std::vector<CloudPoint>& points, int factor);
+[[nodiscard]] PendingFile writePointBinary(const std::filesystem::path& path, const SurfaceBlocks& surface);
 
 } // namespace nexomap
