@@ -104,6 +104,7 @@ std::size_t Builder::add(Shape shape, int material)
 {
     Surface surface;
     surface.material.fill(static_cast<std::uint32_t>(material));
+    surface.part = part;
     const std::uint32_t own = hash(m_seed, random.bits());
     surface.textureOffset = {unit(own) * 40, unit(hash(own, 1)) * 40, unit(hash(own, 2)) * 40};
     m_world.shapes.push_back(shape);

@@ -27,9 +27,10 @@ public:
     /// @param contrast  factor on the contrast of every texture, 0 to 1
     Builder(World& world, std::uint32_t seed, float contrast);
 
-    Random random;        ///< decides what stands where
-    bool second = false;  ///< build the later state: loose furniture has been moved
-    float movedShare = 0; ///< share of the loose furniture that moves between the states
+    Random random;               ///< decides what stands where
+    Part part = Part::Furniture; ///< of what is built from here on
+    bool second = false;         ///< build the later state: loose furniture has been moved
+    float movedShare = 0;        ///< share of the loose furniture that moves between the states
 
     void reseed(std::uint32_t seed); ///< from here on as a builder with this seed and the same contrast
     void setContrast(float contrast) { m_contrast = contrast; }
@@ -67,6 +68,25 @@ private:
     std::uint32_t m_seed;
     std::uint32_t m_looseCount = 0;
     std::vector<int> m_spines;
+};
+
+/// Until its end, all that is built belongs to one part.
+class BuildingPart
+{
+public:
+    BuildingPart(Builder& builder, Part part)
+        : m_builder(builder)
+        , m_before(builder.part)
+    {
+        builder.part = part;
+    }
+    ~BuildingPart() { m_builder.part = m_before; }
+    BuildingPart(const BuildingPart&) = delete;
+    BuildingPart& operator=(const BuildingPart&) = delete;
+
+private:
+    Builder& m_builder;
+    Part m_before;
 };
 
 } // namespace samplescene

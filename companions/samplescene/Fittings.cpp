@@ -225,6 +225,7 @@ void radiator(Builder& b, const Frame& f, float width)
 
 void ceilingLamp(Builder& b, const Frame& f, float ceiling, int model, float power)
 {
+    const BuildingPart part(b, Part::Lamp);
     const Vec3 warm{1.0f, 0.86f, 0.66f};
     const int glow = shiningLamp(b, {0.98f, 0.93f, 0.82f}, 1.3f);
     switch (model) {

@@ -40,6 +40,7 @@ void houseWindow(Builder& b, const Frame& f, float width, float height, int glas
 
 void house(Builder& b, const Frame& f, float width, float depth, int floors)
 {
+    const BuildingPart part(b, Part::House);
     Random& r = b.random;
     const float storey = r.uniform(2.9f, 3.4f);
     const float height = storey * static_cast<float>(floors) + 0.4f;
@@ -109,6 +110,7 @@ void house(Builder& b, const Frame& f, float width, float depth, int floors)
 
 void tree(Builder& b, const Frame& f, float height)
 {
+    const BuildingPart part(b, Part::Plant);
     const int bark = b.paint({0.16f, 0.12f, 0.08f}, 8);
     b.cylinder(f, {0, 0, 0}, 0.05f * std::sqrt(height), height * 0.6f, bark);
     const int green = leaves(b);

@@ -57,6 +57,9 @@ std::vector<Zone> buildRooms(const Options& options, bool second, World& world)
                                         [&](const Zone& z) { return z.name.rfind(r.name, 0) == 0; });
         if (same > 0) zone.name += " " + std::to_string(same + 1);
         zones.push_back(zone);
+        const int number = static_cast<int>(i);
+        world.rooms.push_back({zone.name, r.x0 + plan.inset(number, 3), r.y0 + plan.inset(number, 0),
+                               r.x1 - plan.inset(number, 1), r.y1 - plan.inset(number, 2), 0, plan.height});
         x0 = std::min(x0, r.x0);
         y0 = std::min(y0, r.y0);
         x1 = std::max(x1, r.x1);

@@ -46,6 +46,7 @@ void masonry(Builder& b, const FloorPlan& plan, const Wall& w, const std::vector
              int facade, float a0, float a1, float z0, float z1)
 {
     if (a1 - a0 < 1e-3f || z1 - z0 < 1e-3f) return;
+    const BuildingPart part(b, z0 > 0 ? Part::Lintel : Part::Wall);
     WallBuilder at(b, w);
     const float t = w.thickness() / 2;
     for (const bool high : {false, true}) {
@@ -54,6 +55,7 @@ void masonry(Builder& b, const FloorPlan& plan, const Wall& w, const std::vector
         const std::size_t s = at.box(a0, a1, high ? 0 : -t, high ? t : 0, z0, z1, material);
         b.joinTexture(s, room < 0 ? Vec3{} : spaceOf(plan, room).frame.origin, 0);
         if (room >= 0 && z0 == 0 && plan.rooms[static_cast<std::size_t>(room)].use != RoomUse::Bath) {
+            const BuildingPart skirting(b, Part::Furniture);
             const float d = high ? t : -t - 0.015f;
             at.box(a0, a1, d, d + 0.015f, 0, 0.08f, finishes[static_cast<std::size_t>(room)].skirting);
         }
@@ -260,7 +262,9 @@ void buildShell(Builder& b, const FloorPlan& plan, const std::vector<RoomFinish>
                                         {r.x1 - r.x0, r.y1 - r.y0, z1 - z0}, material);
             b.joinTexture(s, space.frame.origin, 0);
         };
+        const BuildingPart part(b, Part::Floor);
         slab(-0.25f, 0, finishes[i].floor);
+        b.part = Part::Ceiling;
         slab(plan.height, plan.height + 0.25f, finishes[i].ceiling);
     }
     for (const Wall& w : plan.walls) {
@@ -275,11 +279,14 @@ void buildShell(Builder& b, const FloorPlan& plan, const std::vector<RoomFinish>
             masonry(b, plan, w, finishes, facade, a0, a1, 0, o.bottom);
             masonry(b, plan, w, finishes, facade, a0, a1, o.top, plan.height);
             if (o.type == Opening::Door || o.type == Opening::Entrance) {
+                const BuildingPart part(b, Part::Door);
                 doorFrame(at, w, o, trim.frame);
                 doorLeaf(b, w, o, trim);
             } else if (o.type == Opening::Window) {
+                const BuildingPart part(b, Part::Window);
                 windowFrame(b, w, o, trim);
             } else if (o.type == Opening::Pane) {
+                const BuildingPart part(b, Part::Window);
                 paneWall(b, w, o, trim);
             }
             a = a1;

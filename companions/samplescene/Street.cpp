@@ -37,6 +37,7 @@ std::vector<Zone> buildStreet(const Options& options, bool second, World& world)
     const int curb = b.paint({0.42f, 0.42f, 0.4f}, 3);
     const int stripe = b.paint({0.7f, 0.7f, 0.68f}, 3);
     const Frame ground;
+    b.part = Part::Ground;
     b.box(ground, {0, 0, -0.65f}, {length + 160, 200, 0.8f}, grass);
     b.box(ground, {0, 0, -0.32f}, {length + 60, 2 * half, 0.4f}, asphalt);
     for (const float s : {-1.0f, 1.0f}) {
@@ -46,6 +47,7 @@ std::vector<Zone> buildStreet(const Options& options, bool second, World& world)
     for (float x = -length / 2 - 20; x < length / 2 + 20; x += 4)
         b.box(ground, {x, 0, -0.118f}, {1.8f, 0.12f, 0.006f}, stripe);
 
+    b.part = Part::Outdoor;
     for (const float s : {-1.0f, 1.0f}) {
         float x = -length / 2 - 12;
         while (x < length / 2 + 12) {
@@ -96,6 +98,7 @@ void buildSurroundings(World& world, std::uint32_t seed, float x0, float y0, flo
     m.look = Look::Grass;
     m.color = {0.14f, 0.22f, 0.06f};
     m.second = {0.06f, 0.1f, 0.03f};
+    b.part = Part::Ground;
     const float cx = (x0 + x1) / 2;
     const float cy = (y0 + y1) / 2;
     b.box({}, {cx, cy, -0.8f}, {x1 - x0 + 160, y1 - y0 + 160, 0.8f}, b.material(m));

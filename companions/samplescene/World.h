@@ -6,9 +6,11 @@
 #include "companions/samplescene/Bvh.h"
 #include "companions/samplescene/LightMap.h"
 #include "companions/samplescene/Material.h"
+#include "companions/samplescene/Part.h"
 #include "companions/samplescene/Picture.h"
 
 #include <array>
+#include <string>
 #include <vector>
 
 /// A made-up place, ready for rays: shapes with their surfaces, lamps, windows, sky.
@@ -19,6 +21,7 @@ struct Surface
 {
     std::array<std::uint32_t, kFaces> material{}; ///< index into World::materials, by face
     Vec3 textureOffset;                           ///< metres, added to own coordinates before the lookup
+    Part part = Part::Furniture;
 };
 
 /// A point that shines evenly, its shadows softened by `radius`.
@@ -46,6 +49,14 @@ struct Sky
     Vec3 color(Vec3 direction) const; ///< radiance toward a unit vector, clouds included
 };
 
+/// The air between four walls, floor and ceiling.
+struct RoomBounds
+{
+    std::string name;
+    float x0 = 0, y0 = 0, x1 = 0, y1 = 0; ///< wall faces, metres
+    float floor = 0, ceiling = 0;
+};
+
 /// What a ray meets.
 struct Hit
 {
@@ -63,6 +74,7 @@ struct World
     std::vector<Picture> pictures;
     std::vector<Lamp> lamps;
     std::vector<Portal> portals;
+    std::vector<RoomBounds> rooms; ///< none outdoors
     Sky sky;
     bool outdoors = false; ///< the sky lights everything, not the windows
     Bvh bvh;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "companions/samplescene/Arguments.h"
+#include "companions/samplescene/MapTruth.h"
 #include "companions/samplescene/Truth.h"
 #include "companions/samplescene/Writer.h"
 
@@ -56,9 +57,14 @@ int makeFiles(const samplescene::Arguments& arguments)
         if (!wrong.empty()) return fail(wrong, 1);
     }
     if (onTerminal()) std::fprintf(stderr, "\n");
-    const std::string wrong =
-        samplescene::writeText(samplescene::truthOf(scene, files), (folder / "truth.json").string());
-    return wrong.empty() ? 0 : fail(wrong, 1);
+    const std::pair<const char*, std::string> texts[] = {{"surfaces.ply", samplescene::surfacesOf(scene)},
+                                                         {"floorplan.json", samplescene::floorPlanOf(scene)},
+                                                         {"truth.json", samplescene::truthOf(scene, files)}};
+    for (const auto& [name, text] : texts) {
+        const std::string wrong = samplescene::writeText(text, (folder / name).string());
+        if (!wrong.empty()) return fail(wrong, 1);
+    }
+    return 0;
 }
 
 } // namespace
