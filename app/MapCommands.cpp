@@ -3,14 +3,77 @@
 
 // The navigation map.
 
+#include "app/BusyWindow.h"
 #include "app/Messages.h"
 #include "app/Tourwright.h"
 #include "linking/Linker.h"
+#include "linking/map/GenerateMap.h"
+#include "linking/map/MapFiles.h"
+#include "linking/MatchFiles.h"
 #include "ui_Tourwright.h"
 
+#include <QCoreApplication>
 #include <QImageReader>
 
-void Tourwright::GenMap() {}
+namespace {
+
+MapOptions chosenOptions(const Ui::TourwrightClass& ui)
+{
+    MapOptions options;
+    options.mode = ui.radioMap3D->isChecked() ? MapOptions::Cloud3D : MapOptions::Plan2D;
+    options.scene = ui.radioIndoor->isChecked() ? MapOptions::Indoor : MapOptions::Outdoor;
+    options.density = ui.radioDensityLow->isChecked()   ? MapOptions::Low
+                      : ui.radioDensityMid->isChecked() ? MapOptions::Mid
+                                                        : MapOptions::High;
+    options.fullCloud = ui.checkFullCloud->isChecked();
+    options.binaryCloud = ui.checkBinCloud->isChecked();
+    return options;
+}
+
+} // namespace
+
+void Tourwright::GenMap()
+{
+    if (!isConnected(m_project, *m_linker) && !messages::askMapOfUnconnected(this)) return;
+    const BusyWindow busy(this);
+    m_project.map_options = chosenOptions(*m_ui);
+    clearLinkViews();
+    whitenLinkImages();
+    generateMap(m_project, *m_linker, [this](const MapStep& step) { showMapStep(step); });
+    applyEnabling();
+}
+
+void Tourwright::showMapStep(const MapStep& step)
+{
+    using Kind = MapStep::Kind;
+    m_ui->progressAuto->setValue(step.progress);
+    switch (step.kind) {
+    case Kind::CompletingLinks:
+        statusBar()->showMessage(tr("Completing the links…"));
+        break;
+    case Kind::LinksCompleted:
+        return showPlanPicture(newestMatchPicture(m_project));
+    case Kind::Merging:
+        refreshLinkTable();
+        statusBar()->showMessage(tr("Merging the point clouds, which may take minutes…"));
+        break;
+    case Kind::Merged:
+        return showNewestMap();
+    case Kind::HandingOut:
+        statusBar()->showMessage(tr("Writing the map's files into %1…").arg(m_project.folders.output));
+        break;
+    case Kind::Finished:
+        return statusBar()->clearMessage();
+    }
+    QCoreApplication::processEvents();
+}
+
+void Tourwright::showNewestMap()
+{
+    showPlanPicture(newestMatchPicture(m_project));
+    const QString cloud = newestCloud(m_project);
+    if (!cloud.isEmpty()) m_ui->widgetPntCloud->LoadPointCloud(cloud);
+}
 
 bool Tourwright::confirmPointDeletion()
 {

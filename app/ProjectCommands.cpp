@@ -94,8 +94,9 @@ void Tourwright::Quit()
 void Tourwright::closeEvent(QCloseEvent* event)
 {
     // A close button pressed while a long command serves the event queue must not take the project from under
-    // it.
-    if (!isEnabled()) return event->ignore();
+    // it. An upload looks at the project anew with each reply, and one that has stalled would hold the
+    // program for ever.
+    if (!isEnabled() && !m_uploading) return event->ignore();
     if (m_project.modified) {
         const messages::Answer answer = messages::askSaveBeforeExit(this);
         if (answer == messages::Answer::Cancel) return event->ignore();
@@ -116,6 +117,7 @@ void Tourwright::readFrom(const QString& path)
 {
     PlanViews views;
     views.showPicture = [this](const QString& picture) { showPlanPicture(picture); };
+    views.showCloud = [this](const QString& cloud) { m_ui->widgetPntCloud->LoadPointCloud(cloud); };
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const OpenResult result = openTour(m_project, *m_linker, path, views);
     QApplication::restoreOverrideCursor();

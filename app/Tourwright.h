@@ -20,7 +20,13 @@ class PanoMatchEditor;
 class QLabel;
 class QNetworkAccessManager;
 class QNetworkReply;
+class UploadManager;
 struct AutoLinkStep;
+namespace publish {
+struct UploadAction;
+struct UploadRequest;
+} // namespace publish
+struct MapStep;
 
 /// The main window: owns the one open tour and the linking library, and turns every user command into one of
 /// its slots. A slot reads the widgets, calls what does the work and shows the result; the slots of one page
@@ -116,6 +122,8 @@ private:
     void whitenLinkImages();
 
     // Map
+    void showMapStep(const MapStep& step);
+    void showNewestMap();
     void showPlanPicture(const QString& path);
 
     // Hotspots
@@ -126,6 +134,13 @@ private:
     PhotoHotspot* selectedPhoto() const;
     InfoHotspot* selectedInfo() const;
     void showPhoto(const QImage& picture);
+
+    // Upload
+    void sendUpload(const publish::UploadRequest& request);
+    void performUpload(const publish::UploadAction& action);
+    void showUploadNotice(const publish::UploadAction& action);
+    void lockForUpload();
+    void unlockAfterUpload();
 
     void showStatus();
 
@@ -148,4 +163,6 @@ private:
     QLabel* m_status = nullptr;
     QLabel* m_warning = nullptr; ///< in the status bar: what could not be read back once saved
     QNetworkAccessManager* m_network = nullptr;
+    UploadManager* m_uploadManager = nullptr; ///< made when it is first asked for; the window's child
+    bool m_uploading = false;                 ///< logged in and not at the end yet
 };

@@ -69,8 +69,11 @@ tourwright-batch link FILE.pno... --work DIR --out TOUR.roa [options]
     --entry N        row of the entry panorama among those imported, from 0
     --pairs P.csv    rows id0,id1,azimuth0,polar0,azimuth1,polar1 (radians; polar from the upper pole): the pairs
                      of directions of each two ids become one link made by hand; at least three pairs each
-    --map 2d|3d [--scene indoor|outdoor] [--density high|mid|low] [--pts] [--bin]
-                     not supported yet
+    --map 2d|3d      also merges the lidar into a navigation map, the black-and-white plan or the coloured
+                     cloud, and puts pictures and pose table into DIR/Out/, where an earlier file stays
+    --scene indoor|outdoor   for --map: whether to take ceilings away (indoor)
+    --density high|mid|low   for --map: one point per 1, 2 or 5 cm (high)
+    --pts, --bin             for --map: also the whole cloud in DIR/Out/, as PTS text, in binary form
 
 tourwright-batch open TOUR.roa --work DIR [--report R.json] [--out COPY.roa]
     Reads a saved tour into DIR, hands it to the linking library, and on request reports on it and saves it again.

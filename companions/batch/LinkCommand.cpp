@@ -8,6 +8,7 @@
 #include "companions/batch/Stopwatch.h"
 #include "linking/AutoLink.h"
 #include "linking/ImportPanoramas.h"
+#include "linking/map/GenerateMap.h"
 #include "linking/ReadBack.h"
 #include "project/ProjectFolders.h"
 #include "project/SaveTour.h"
@@ -76,6 +77,21 @@ QString linkByHand(const LinkOptions& options, RoamProject& project, Linker& lin
     return QString();
 }
 
+/// @return what is wrong, or empty
+QString makeMap(const MapOptions& options, RoamProject& project, Linker& linker, Stopwatch& watch)
+{
+    if (!isConnected(project, linker))
+        say(QStringLiteral("some panoramas are not connected: the map shows the largest group"));
+    project.map_options = options;
+    const int status = generateMap(project, linker, [&](const MapStep& step) {
+        if (step.kind == MapStep::Kind::LinksCompleted) watch.lap(QStringLiteral("complete_links"));
+        if (step.kind == MapStep::Kind::Merged) watch.lap(QStringLiteral("merge"));
+        if (step.kind == MapStep::Kind::Finished) watch.lap(QStringLiteral("map_files"));
+        showProgress(QStringLiteral("Map"), step.progress);
+    });
+    return status < 0 ? QStringLiteral("the map cannot be made, status %1").arg(status) : QString();
+}
+
 } // namespace
 
 int runLink(const LinkOptions& options, Linker& linker)
@@ -93,6 +109,7 @@ int runLink(const LinkOptions& options, Linker& linker)
     tellWhatWasLeftOut(importPanoramas(project, options.panoramas));
     watch.lap(QStringLiteral("import"));
     if (project.panoramas.empty()) return refused(QStringLiteral("none of the panoramas can be used"));
+    if (options.map && !project.lidar) return refused(QStringLiteral("--map wants panoramas with lidar"));
     if (options.entry >= static_cast<int>(project.panoramas.size()))
         return refused(QStringLiteral("--entry %1: the tour has %2 panoramas, counted from 0")
                            .arg(options.entry)
@@ -105,11 +122,17 @@ int runLink(const LinkOptions& options, Linker& linker)
         watch.lap(QStringLiteral("pairs"));
     }
 
+    // A tour without its map is better than none: it is saved whatever becomes of the map.
+    const QString mapProblem = options.map ? makeMap(*options.map, project, linker, watch) : QString();
+
     const SaveResult saved = saveTour(project, options.entry, options.out);
     if (!saved) return refused(QStringLiteral("%1 cannot be saved: %2").arg(options.out, saved.detail));
     watch.lap(QStringLiteral("save"));
 
-    if (options.report.isEmpty()) return ExitDone;
-    const QString problem = writeReport(options.report, project, linker, watch);
+    QString problem = mapProblem;
+    if (!options.report.isEmpty()) {
+        const QString unwritten = writeReport(options.report, project, linker, watch);
+        if (problem.isEmpty()) problem = unwritten;
+    }
     return problem.isEmpty() ? ExitDone : refused(problem);
 }

@@ -3,6 +3,8 @@
 
 #include "companions/batch/LinkCommand.h"
 
+#include "companions/batch/MapArguments.h"
+
 #include <QCommandLineParser>
 #include <QFileInfo>
 
@@ -28,14 +30,10 @@ Parsed<LinkOptions> parseLinkOptions(const QStringList& arguments)
     const QCommandLineOption report = option("report", "R.json");
     const QCommandLineOption entry = option("entry", "N");
     const QCommandLineOption pairs = option("pairs", "PAIRS.csv");
-    const QCommandLineOption mapOptions[] = {option("map", "2d|3d"), option("scene", "indoor|outdoor"),
-                                             option("density", "high|mid|low"), option("pts", ""),
-                                             option("bin", "")};
+    const MapArguments map;
+    map.addTo(parser);
 
     if (!parser.parse(QStringList{QStringLiteral("link")} + arguments)) return wrong(parser.errorText());
-    for (const QCommandLineOption& map : mapOptions)
-        if (parser.isSet(map))
-            return wrong(QStringLiteral("--%1 is not supported yet").arg(map.names().constFirst()));
 
     LinkOptions options;
     for (const QString& path : parser.positionalArguments())
@@ -52,5 +50,8 @@ Parsed<LinkOptions> parseLinkOptions(const QStringList& arguments)
         options.entry = parser.value(entry).toInt(&isNumber);
         if (!isNumber || options.entry < 0) return wrong(QStringLiteral("--entry wants a number from 0"));
     }
+    const Parsed<MapOptions> mapOptions = map.read(parser);
+    if (!mapOptions.error.isEmpty()) return wrong(mapOptions.error);
+    options.map = mapOptions.options;
     return {options, QString()};
 }
