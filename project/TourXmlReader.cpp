@@ -117,6 +117,15 @@ std::unique_ptr<PanoLink> link(const XmlElement& element)
     return link;
 }
 
+EntryView entryView(const XmlElement& element)
+{
+    EntryView view;
+    view.direction = real(element, "direction", "0");
+    view.elevation = real(element, "elevation", kHorizon);
+    view.view_angle = real(element, "view_angle", kHorizon);
+    return view;
+}
+
 QString missing(const char* element)
 {
     return QCoreApplication::translate("OpenTour", "its description has no %1").arg(QLatin1String(element));
@@ -145,6 +154,7 @@ bool read(const QByteArray& xml, Description* description, QString* error)
     for (const XmlElement* each : root.child("panorama_list")->descendants("panorama"))
         said.panoramas.push_back(panorama(*each));
     said.entry_id = identityNumber(*root.child("entry_point"), "pano_id");
+    said.entry_view = entryView(*root.child("entry_point"));
     for (const XmlElement* each : root.child("pano_link_list")->descendants("pano_link"))
         said.links.push_back(link(*each));
     *description = std::move(said);

@@ -15,6 +15,14 @@
 
 namespace tourxml {
 
+/// How a visitor first looks, in the entry panorama's frame, radians.
+struct EntryView
+{
+    double direction = 0.0;              ///< azimuth
+    double elevation = 1.5707963267949;  ///< polar angle from the upper pole
+    double view_angle = 1.5707963267949; ///< that the larger side of the window spans
+};
+
 /// What a description says. Panoramas have no image information, base name, file path and thumbnail yet:
 /// those come from the panorama files. Photo and plan paths are bare file names, or empty where the text was
 /// none: a description never names a place in the file system.
@@ -23,6 +31,7 @@ struct Description
     std::vector<std::unique_ptr<PanoNode>> panoramas;
     std::vector<std::unique_ptr<PanoLink>> links;
     quint64 entry_id = 0; ///< identity number of the entry panorama; need not be one of the panoramas
+    EntryView entry_view;
 };
 
 /// A missing attribute has the default of the format, which differs between attributes of the same meaning. A

@@ -63,13 +63,31 @@ void PanoramaSphere::setPicture(QOpenGLFunctions& gl, const QImage& panorama)
     UpdateTexture(gl, m_texture, panorama);
 }
 
-void PanoramaSphere::draw(QOpenGLFunctions& gl, const Matrix4& mvp)
+void PanoramaSphere::setRows(QOpenGLFunctions& gl, const QImage& panorama, int first, int count)
+{
+    if (first == 0 && panorama.size() != m_textureSize) {
+        gl.glDeleteTextures(1, &m_texture);
+        m_texture = AllocateTexture(gl, panorama.size(), GL_RGB);
+        m_textureSize = panorama.size();
+    }
+    gl.glBindTexture(GL_TEXTURE_2D, m_texture);
+    gl.glTexSubImage2D(GL_TEXTURE_2D, 0, 0, first, panorama.width(), count, GL_RGB, GL_UNSIGNED_BYTE,
+                       panorama.constScanLine(first));
+    gl.glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+void PanoramaSphere::draw(QOpenGLFunctions& gl, const Matrix4& mvp, float opacity)
 {
     if (m_program == 0) return;
     gl.glUseProgram(m_program);
     gl.glUniformMatrix4fv(gl.glGetUniformLocation(m_program, "u_mvpMatrix"), 1, GL_FALSE, mvp.data());
     gl.glUniform1i(gl.glGetUniformLocation(m_program, "u_sampler"), 0);
-    UseOpaqueBlending(gl);
+    if (opacity < 1.0f) {
+        gl.glBlendColor(0, 0, 0, opacity);
+        gl.glBlendFunc(GL_CONSTANT_ALPHA, GL_ONE_MINUS_CONSTANT_ALPHA);
+    } else {
+        UseOpaqueBlending(gl);
+    }
 
     const auto position = static_cast<GLuint>(gl.glGetAttribLocation(m_program, "a_position"));
     const auto texCoord = static_cast<GLuint>(gl.glGetAttribLocation(m_program, "a_texCoord"));

@@ -23,8 +23,13 @@ public:
     /// Uploads the whole picture, RGB.
     void setPicture(QOpenGLFunctions& gl, const QImage& panorama);
 
+    /// Uploads some rows of a picture, RGB888, so that a large one need not hold up a frame. The
+    /// texture takes the picture's size with row 0.
+    void setRows(QOpenGLFunctions& gl, const QImage& panorama, int first, int count);
+
     /// Draws the sphere over all that is there. Without a program it draws nothing.
-    void draw(QOpenGLFunctions& gl, const Matrix4& mvp);
+    /// @param opacity  below 1 what is there shines through; wants GL_BLEND enabled
+    void draw(QOpenGLFunctions& gl, const Matrix4& mvp, float opacity = 1.0f);
 
     /// Makes the program draw rectangles on the screen.
     void useForOverlays(QOpenGLFunctions& gl);

@@ -48,6 +48,20 @@ PanoLink link(const QByteArray& attributes)
     return said.links.size() == 1 ? *said.links[0] : PanoLink();
 }
 
+TEST(TourXmlReader, TheEntryViewIsReadAndLooksLevelAtTheMiddleByDefault)
+{
+    const auto plain = readXml(description("")).entry_view;
+    EXPECT_EQ(plain.direction, 0.0);
+    EXPECT_EQ(plain.elevation, kHorizon);
+    EXPECT_EQ(plain.view_angle, 1.5707963267949);
+    const auto said =
+        readXml(description("", "", "<entry_point direction='-2.5' elevation='1.2' view_angle='x'/>"))
+            .entry_view;
+    EXPECT_EQ(said.direction, -2.5);
+    EXPECT_EQ(said.elevation, 1.2);
+    EXPECT_EQ(said.view_angle, 0.0); // no number
+}
+
 TEST(TourXmlReader, APanoramaWithoutAnythingHasZeros)
 {
     const PanoNode node = panorama("");
