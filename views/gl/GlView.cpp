@@ -33,6 +33,14 @@ void UseOverlayBlending(QOpenGLFunctions& gl)
     gl.glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
 }
 
+void KeepViewport(QOpenGLFunctions& gl, const QOpenGLWidget* view, const QSize& lastSize)
+{
+    if (view->size() == lastSize) return;
+    const double scale = view->devicePixelRatioF();
+    gl.glViewport(0, qRound((view->height() - lastSize.height()) * scale), qRound(lastSize.width() * scale),
+                  qRound(lastSize.height() * scale));
+}
+
 void StartRepaintTimer(QTimer& timer, QOpenGLWidget* view)
 {
     // By name: `update` has overloads. Unique, because a view that moves to another window is initialised

@@ -5,6 +5,7 @@
 
 class QOpenGLFunctions;
 class QOpenGLWidget;
+class QSize;
 class QTimer;
 
 /// What every GL view of the program sets alike: its context, its mouse tracking, its blending, its repaint
@@ -21,6 +22,12 @@ void SetViewClearColor(QOpenGLFunctions& gl);
 /// off.
 void UseOpaqueBlending(QOpenGLFunctions& gl);
 void UseOverlayBlending(QOpenGLFunctions& gl);
+
+/// The toolkit sets the viewport to the whole widget before each paint. A widget too small to be taken over
+/// goes on showing a part of the picture of the last size, from the top left corner, so that icons are picked
+/// where they are seen.
+/// @param lastSize  the size taken over last, widget pixels
+void KeepViewport(QOpenGLFunctions& gl, const QOpenGLWidget* view, const QSize& lastSize);
 
 /// Repaints the view about sixty times a second from now on, whether anything changed or not.
 void StartRepaintTimer(QTimer& timer, QOpenGLWidget* view);
