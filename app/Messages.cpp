@@ -50,6 +50,46 @@ constexpr Message kLinkExists = {
 constexpr Message kNothingToPreview = {
     QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Preview Panorama Roaming"),
     QT_TRANSLATE_NOOP("Tourwright", "Please add panoramas first!")};
+constexpr Message kNothingToUpload = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload Panorama Roaming"),
+    QT_TRANSLATE_NOOP("Tourwright", "Please add panoramas first!")};
+constexpr Message kInvalidEmail = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Invalid Email!")};
+constexpr Message kInvalidPassword = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Invalid Password!")};
+constexpr Message kInvalidAlbumName = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Invalid Album Name!")};
+constexpr Message kServiceFailed = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Error accessing %1: ")};
+constexpr Message kLoginIncomplete = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Error accessing %1")};
+constexpr Message kWrongPassword = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Incorrect password! You can retry ")};
+constexpr Message kWrongEmail = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Incorrect email")};
+constexpr Message kStorageFull = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Insufficient cloud storage")};
+constexpr Message kAlbumRefused = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Error when create album")};
+constexpr Message kWrongModelName = {
+    QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Error model file name: ")};
+constexpr Message kWrongPhotoName = {
+    QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Error photo file name: ")};
+constexpr Message kUploadCompleted = {
+    QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Upload File"),
+    QT_TRANSLATE_NOOP("Tourwright", "Uploading completed!")};
+constexpr const char* kTriesToday = QT_TRANSLATE_NOOP("Tourwright", " times today");
 constexpr Message kNotConnected = {
     QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Create Map"),
     QT_TRANSLATE_NOOP("Tourwright", "Some panoramas are not connected, do you want to continue anyway?"), kYesNo, QMessageBox::No};
@@ -68,6 +108,7 @@ constexpr Message kFolderInUse = {
 constexpr const char* kFile = QT_TRANSLATE_NOOP("Tourwright", "File ");
 constexpr Message kSaveFailed = {QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Save File"), QT_TRANSLATE_NOOP("Tourwright", " save failed!")};
 constexpr Message kOpenFailed = {QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Open File"), QT_TRANSLATE_NOOP("Tourwright", " open failed!")};
+constexpr Message kUploadOpenFailed = {QMessageBox::Warning, QT_TRANSLATE_NOOP("Tourwright", "Upload File"), QT_TRANSLATE_NOOP("Tourwright", " open failed!")};
 constexpr Message kFileEmpty = {QMessageBox::Information, QT_TRANSLATE_NOOP("Tourwright", "Open File"), QT_TRANSLATE_NOOP("Tourwright", " is empty!")};
 // clang-format on
 
@@ -170,6 +211,76 @@ void linkExists(QWidget* parent)
 void nothingToPreview(QWidget* parent)
 {
     show(parent, kNothingToPreview);
+}
+
+void nothingToUpload(QWidget* parent)
+{
+    show(parent, kNothingToUpload);
+}
+
+void invalidEmail(QWidget* parent)
+{
+    show(parent, kInvalidEmail);
+}
+
+void invalidPassword(QWidget* parent)
+{
+    show(parent, kInvalidPassword);
+}
+
+void invalidAlbumName(QWidget* parent)
+{
+    show(parent, kInvalidAlbumName);
+}
+
+void albumServiceFailed(QWidget* parent, const QString& baseUrl, const QString& reason)
+{
+    show(parent, kServiceFailed, translated(kServiceFailed.text).arg(baseUrl) + reason);
+}
+
+void loginIncomplete(QWidget* parent, const QString& baseUrl)
+{
+    show(parent, kLoginIncomplete, translated(kLoginIncomplete.text).arg(baseUrl));
+}
+
+void wrongPassword(QWidget* parent, const QString& tries)
+{
+    show(parent, kWrongPassword, translated(kWrongPassword.text) + tries + translated(kTriesToday));
+}
+
+void wrongEmail(QWidget* parent)
+{
+    show(parent, kWrongEmail);
+}
+
+void storageFull(QWidget* parent)
+{
+    show(parent, kStorageFull);
+}
+
+void albumRefused(QWidget* parent)
+{
+    show(parent, kAlbumRefused);
+}
+
+void uploadOpenFailed(QWidget* parent, const QString& path)
+{
+    showFile(parent, kUploadOpenFailed, path, QString());
+}
+
+void wrongModelName(QWidget* parent, const QString& name)
+{
+    show(parent, kWrongModelName, translated(kWrongModelName.text) + name);
+}
+
+void wrongPhotoName(QWidget* parent, const QString& name)
+{
+    show(parent, kWrongPhotoName, translated(kWrongPhotoName.text) + name);
+}
+
+void uploadCompleted(QWidget* parent)
+{
+    show(parent, kUploadCompleted);
 }
 
 bool askMapOfUnconnected(QWidget* parent)

@@ -49,6 +49,32 @@ void linkExists(QWidget* parent);
 /// A tour without panoramas cannot be previewed.
 void nothingToPreview(QWidget* parent);
 
+/// A tour without panoramas cannot be uploaded.
+void nothingToUpload(QWidget* parent);
+/// What was entered for an upload does not do.
+void invalidEmail(QWidget* parent);
+void invalidPassword(QWidget* parent);
+void invalidAlbumName(QWidget* parent);
+/// A request to the album service failed.
+/// @param baseUrl  of the service
+/// @param reason   holds neither password nor token
+void albumServiceFailed(QWidget* parent, const QString& baseUrl, const QString& reason);
+/// The login was granted in a reply that is too short.
+void loginIncomplete(QWidget* parent, const QString& baseUrl);
+/// @param tries  how many are left today, as a number
+void wrongPassword(QWidget* parent, const QString& tries);
+void wrongEmail(QWidget* parent);
+void storageFull(QWidget* parent);
+void albumRefused(QWidget* parent);
+/// A file that is to be uploaded cannot be read.
+/// @param path  full path
+void uploadOpenFailed(QWidget* parent, const QString& path);
+/// A file's name does not tell what it belongs to.
+/// @param name  without folder
+void wrongModelName(QWidget* parent, const QString& name);
+void wrongPhotoName(QWidget* parent, const QString& name);
+void uploadCompleted(QWidget* parent);
+
 /// Whether to make a map although links do not join all panoramas.
 bool askMapOfUnconnected(QWidget* parent);
 /// Whether the points selected in the point cloud may go.

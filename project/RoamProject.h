@@ -30,14 +30,21 @@ enum LinkingStage : qint32
     MapGenerated = 2
 };
 
+/// What `RoamProject::upload_counters` hold while a tour is uploaded; the others are unused.
+enum UploadCounter
+{
+    UploadStep = 0,     ///< index of the panorama, link or file that is being sent
+    UploadPollAgain = 1 ///< 1 when the listing asked for last comes after an upload
+};
+
 /// Values of the album service, empty while nobody is logged in.
 struct CloudLogin
 {
     QString token;
     QString album_id;
     QString album_name;
-    QStringList uploaded_panoramas;
-    QStringList uploaded_files;
+    QStringList model_files; ///< match data that an upload sends, full paths
+    QStringList photo_files; ///< photos, then plans that an upload sends, full paths
 };
 
 /// The one open tour. Owns its panoramas and links; list order is import order and significant everywhere.
@@ -54,7 +61,7 @@ struct RoamProject
     MapOptions map_options;
     qint32 stage = NotLinked; ///< a `LinkingStage`
     quint64 editor_state[3] = {0, 0, 0};
-    quint32 upload_counters[4] = {0, 0, 0, 0};
+    quint32 upload_counters[4] = {0, 0, 0, 0}; ///< an `UploadCounter` each
     CloudLogin cloud;
 };
 

@@ -291,6 +291,66 @@
         <source>Links: %1</source>
         <translation>Links: %1</translation>
     </message>
+    <message>
+        <source>Upload Panorama Roaming</source>
+        <translation>Upload Panorama Roaming</translation>
+    </message>
+    <message>
+        <source>Upload File</source>
+        <translation>Upload File</translation>
+    </message>
+    <message>
+        <source>Invalid Email!</source>
+        <translation>Invalid Email!</translation>
+    </message>
+    <message>
+        <source>Invalid Password!</source>
+        <translation>Invalid Password!</translation>
+    </message>
+    <message>
+        <source>Invalid Album Name!</source>
+        <translation>Invalid Album Name!</translation>
+    </message>
+    <message>
+        <source>Error accessing %1: </source>
+        <translation>Error accessing %1: </translation>
+    </message>
+    <message>
+        <source>Error accessing %1</source>
+        <translation>Error accessing %1</translation>
+    </message>
+    <message>
+        <source>Incorrect password! You can retry </source>
+        <translation>Incorrect password! You can retry </translation>
+    </message>
+    <message>
+        <source> times today</source>
+        <translation> times today</translation>
+    </message>
+    <message>
+        <source>Incorrect email</source>
+        <translation>Incorrect email</translation>
+    </message>
+    <message>
+        <source>Insufficient cloud storage</source>
+        <translation>Insufficient cloud storage</translation>
+    </message>
+    <message>
+        <source>Error when create album</source>
+        <translation>Error when create album</translation>
+    </message>
+    <message>
+        <source>Error model file name: </source>
+        <translation>Error model file name: </translation>
+    </message>
+    <message>
+        <source>Error photo file name: </source>
+        <translation>Error photo file name: </translation>
+    </message>
+    <message>
+        <source>Uploading completed!</source>
+        <translation>Uploading completed!</translation>
+    </message>
 </context>
 <context>
     <name>TourwrightClass</name>
@@ -536,6 +596,33 @@
     <message>
         <source>file name of the photo</source>
         <translation>file name of the photo</translation>
+    </message>
+</context>
+<context>
+    <name>UploadManager</name>
+    <message>
+        <source>Orvanta 漫游创作工具</source>
+        <translation>Orvanta Tour Authoring Tool</translation>
+    </message>
+    <message>
+        <source>云空间账号(Email):</source>
+        <translation>Cloud account (e-mail):</translation>
+    </message>
+    <message>
+        <source>密码:</source>
+        <translation>Password:</translation>
+    </message>
+    <message>
+        <source>相册名:</source>
+        <translation>Album name:</translation>
+    </message>
+    <message>
+        <source>上传</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
     </message>
 </context>
 </TS>

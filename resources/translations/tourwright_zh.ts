@@ -291,6 +291,66 @@
         <source>Links: %1</source>
         <translation>链接：%1</translation>
     </message>
+    <message>
+        <source>Upload Panorama Roaming</source>
+        <translation>上传全景漫游</translation>
+    </message>
+    <message>
+        <source>Upload File</source>
+        <translation>上传文件</translation>
+    </message>
+    <message>
+        <source>Invalid Email!</source>
+        <translation>邮箱格式无效！</translation>
+    </message>
+    <message>
+        <source>Invalid Password!</source>
+        <translation>密码格式无效！</translation>
+    </message>
+    <message>
+        <source>Invalid Album Name!</source>
+        <translation>相册名无效！</translation>
+    </message>
+    <message>
+        <source>Error accessing %1: </source>
+        <translation>访问 %1 时出错：</translation>
+    </message>
+    <message>
+        <source>Error accessing %1</source>
+        <translation>访问 %1 时出错</translation>
+    </message>
+    <message>
+        <source>Incorrect password! You can retry </source>
+        <translation>密码错误！您今天还可以重试 </translation>
+    </message>
+    <message>
+        <source> times today</source>
+        <translation> 次</translation>
+    </message>
+    <message>
+        <source>Incorrect email</source>
+        <translation>邮箱不正确</translation>
+    </message>
+    <message>
+        <source>Insufficient cloud storage</source>
+        <translation>云空间不足</translation>
+    </message>
+    <message>
+        <source>Error when create album</source>
+        <translation>创建相册时出错</translation>
+    </message>
+    <message>
+        <source>Error model file name: </source>
+        <translation>模型文件名错误：</translation>
+    </message>
+    <message>
+        <source>Error photo file name: </source>
+        <translation>图片文件名错误：</translation>
+    </message>
+    <message>
+        <source>Uploading completed!</source>
+        <translation>上传完成！</translation>
+    </message>
 </context>
 <context>
     <name>TourwrightClass</name>
@@ -536,6 +596,33 @@
     <message>
         <source>file name of the photo</source>
         <translation>照片文件名</translation>
+    </message>
+</context>
+<context>
+    <name>UploadManager</name>
+    <message>
+        <source>Orvanta 漫游创作工具</source>
+        <translation>Orvanta 漫游创作工具</translation>
+    </message>
+    <message>
+        <source>云空间账号(Email):</source>
+        <translation>云空间账号(Email):</translation>
+    </message>
+    <message>
+        <source>密码:</source>
+        <translation>密码:</translation>
+    </message>
+    <message>
+        <source>相册名:</source>
+        <translation>相册名:</translation>
+    </message>
+    <message>
+        <source>上传</source>
+        <translation>上传</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>取消</translation>
     </message>
 </context>
 </TS>

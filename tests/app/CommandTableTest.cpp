@@ -96,8 +96,6 @@ TEST_F(CommandTable, CommandsThatAreNotMadeYetChangeNothing)
     project().modified = false;
     linker->calls.clear();
     find<QPushButton>("buttonGenMap")->click();
-    choose("menu", "actionUpload");
-    window->Upload();
     EXPECT_EQ(linker->calls, QStringList());
     EXPECT_FALSE(project().modified);
     EXPECT_EQ(project().panoramas.size(), 2u);

@@ -32,7 +32,7 @@ TEST(Project, AfterAResetEverythingIsAtItsDefaultButTheEntryIndexTheFoldersAndTh
     project.editor_state[2] = 5;
     project.upload_counters[3] = 6;
     project.cloud.token = QStringLiteral("t");
-    project.cloud.uploaded_files << QStringLiteral("f");
+    project.cloud.photo_files << QStringLiteral("f");
     clearProject(project);
     EXPECT_TRUE(project.panoramas.empty());
     EXPECT_TRUE(project.links.empty());
@@ -45,7 +45,7 @@ TEST(Project, AfterAResetEverythingIsAtItsDefaultButTheEntryIndexTheFoldersAndTh
     EXPECT_FALSE(project.has_plan_image);
     EXPECT_EQ(project.file_path, QString());
     EXPECT_EQ(project.cloud.token, QString());
-    EXPECT_TRUE(project.cloud.uploaded_files.isEmpty());
+    EXPECT_TRUE(project.cloud.photo_files.isEmpty());
     EXPECT_EQ(project.entry_index, 7);
     EXPECT_EQ(project.folders.working, QStringLiteral("/w/"));
     EXPECT_EQ(project.map_options.density, MapOptions::Low);
