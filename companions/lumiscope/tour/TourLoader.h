@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// Unpacks a tour in the order in which a visitor needs it, on a thread of its own.
+
+#pragma once
+
+#include "companions/lumiscope/tour/MapPicture.h"
+#include "companions/lumiscope/tour/WalkTour.h"
+
+#include <QString>
+#include <QThread>
+
+namespace lumiscope {
+
+/// The entry panorama comes first, so that the visitor sees it while the rest is being unpacked; then photos
+/// and plans, the entry's neighbours, the others. A file that is cut short anywhere is refused before
+/// anything is shown of it.
+class TourLoader : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// @param path         the tour file; only read
+    /// @param folder       where the files go, ends in "/"
+    /// @param application  where the linking library lies, which unpacks clouds; ends in "/"
+    TourLoader(QString path, QString folder, QString application, QObject* parent = nullptr);
+    /// Stops after the file that is being unpacked.
+    ~TourLoader() override;
+
+Q_SIGNALS:
+    /// The stations without their files.
+    void described(const lumiscope::WalkTour& tour);
+    /// @param name  for the visitor
+    void panoramaReady(int station, const QString& path, const QString& name);
+    void photoReady(int station, int photo, const QString& path);
+    void mapReady(const lumiscope::MapPicture& picture);
+    /// Nothing more comes. One sentence for the visitor.
+    void failed(const QString& message);
+
+protected:
+    void run() override;
+
+private:
+    QString m_path;
+    QString m_folder;
+    QString m_application;
+};
+
+} // namespace lumiscope
