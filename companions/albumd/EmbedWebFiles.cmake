@@ -1,0 +1,17 @@
+# Writes the files of the page into one C++ source: cmake -DOUT=FILE -DFILES=A|B -P EmbedWebFiles.cmake
+string(REPLACE "|" ";" FILES "${FILES}")
+set(arrays "")
+set(table "")
+set(number 0)
+foreach(file IN LISTS FILES)
+  get_filename_component(name "${file}" NAME)
+  file(READ "${file}" bytes HEX)
+  string(LENGTH "${bytes}" digits)
+  math(EXPR size "${digits} / 2")
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${bytes}")
+  string(APPEND arrays "const unsigned char kFile${number}[] = {${bytes}0};\n")
+  string(APPEND table "    {\"${name}\", kFile${number}, ${size}},\n")
+  math(EXPR number "${number} + 1")
+endforeach()
+file(WRITE "${OUT}" "// Made by EmbedWebFiles.cmake.\n#include \"companions/albumd/WebFiles.h\"\n\nnamespace {\n${arrays}}\n\n"
+  "namespace albumd {\nextern const WebFile kWebFiles[] = {\n${table}    {nullptr, nullptr, 0},\n};\n}\n")

@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// What accounts have uploaded: whole files only, under names of the service's own making.
+
+#pragma once
+
+#include "companions/albumd/Accounts.h"
+#include "companions/albumd/Database.h"
+#include "companions/albumd/IncomingFile.h"
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace albumd {
+
+/// Persisted in the database: never renamed.
+enum class FileKind
+{
+    Panorama, ///< name: its id
+    Model,    ///< match data; name: id, "_", id, "_", level
+    Photo,    ///< name: the photo's
+};
+
+struct StoredFile
+{
+    std::string path;
+    std::string stored; ///< the file's own name, another one with each upload
+    std::int64_t bytes = 0;
+};
+
+/// Below the data folder: incoming/ holds what is still coming, files/USER/ what is whole. A row in the
+/// database appears when its file is on the disk, so that a row always has its file; a file without a row is
+/// the remains of an upload that was cut off, and goes at the next start.
+class FileStore
+{
+public:
+    FileStore(Database& database, std::string dataFolder);
+
+    /// Makes the folders and clears what an earlier run left half done. For the one process that serves.
+    [[nodiscard]] bool prepare(std::string* error);
+
+    /// A file to receive an upload into.
+    IncomingFile incoming() const;
+
+    /// Room that an upload under way takes of an account's quota, given back on destruction.
+    class Room
+    {
+    public:
+        ~Room();
+        Room(const Room&) = delete;
+        Room& operator=(const Room&) = delete;
+
+        /// True when the account has room for `bytes` in all for this upload.
+        bool take(std::int64_t bytes);
+
+    private:
+        friend class FileStore;
+        Room(FileStore& store, const Account& account)
+            : m_store(store)
+            , m_account(account)
+        {}
+
+        FileStore& m_store;
+        Account m_account;
+        std::int64_t m_taken = 0;
+    };
+    Room room(const Account& account) { return Room(*this, account); }
+
+    /// Puts a whole file in its place, on the disk, instead of an earlier one of that name.
+    [[nodiscard]] bool keep(const Account& account, FileKind kind, const std::string& name,
+                            IncomingFile& file);
+
+    std::optional<StoredFile> find(std::int64_t user, FileKind kind, std::string_view name);
+
+    /// In order of their names.
+    std::vector<std::string> names(std::int64_t user, FileKind kind);
+
+    /// Bytes of all files of the account.
+    std::int64_t used(std::int64_t user);
+
+private:
+    std::string folderOf(std::int64_t user) const;
+    void forgetMissingFiles();
+    void removeStrayFiles();
+
+    Database& m_database;
+    std::string m_folder;
+    std::mutex m_roomLock;
+    std::map<std::int64_t, std::int64_t> m_taken; ///< by uploads under way
+};
+
+} // namespace albumd

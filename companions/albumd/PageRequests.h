@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// An album as a web page: the page, what it is made of, and the pictures that it shows.
+
+#pragma once
+
+#include "companions/albumd/Albums.h"
+#include "companions/albumd/FileStore.h"
+#include "companions/albumd/PanoramaCache.h"
+#include "companions/albumd/RequestTarget.h"
+
+#include <httplib.h>
+
+namespace albumd {
+
+/// /album/ID                                  the page
+/// /album/ID/tour                             what the page has to know, as JSON
+/// /album/ID/tile/PANORAMA/LEVEL/COLUMN/ROW   a tile as it stands in the panorama file
+/// /album/ID/photo/NAME                       a photo or plan
+/// /web/NAME                                  script and style
+class PageRequests
+{
+public:
+    PageRequests(FileStore& files, Albums& albums);
+
+    /// False when there is nothing of that path.
+    bool answer(const RequestTarget& target, const httplib::Request& request, httplib::Response& response);
+
+private:
+    bool page(const std::string& id, const httplib::Request& request, httplib::Response& response);
+    bool tour(const std::string& id, httplib::Response& response);
+    bool tile(const std::vector<std::string>& parts, httplib::Response& response);
+    bool photo(const std::string& id, const std::string& name, httplib::Response& response);
+
+    FileStore& m_files;
+    Albums& m_albums;
+    PanoramaCache m_panoramas;
+};
+
+} // namespace albumd
