@@ -37,6 +37,11 @@ void say(const QString& line)
     print(stderr, QStringLiteral("tourwright-batch: %1\n").arg(line));
 }
 
+void print(const QString& text)
+{
+    print(stdout, text);
+}
+
 int refused(const QString& reason)
 {
     say(reason);
@@ -77,6 +82,14 @@ tourwright-batch link FILE.pno... --work DIR --out TOUR.roa [options]
 
 tourwright-batch open TOUR.roa --work DIR [--report R.json] [--out COPY.roa]
     Reads a saved tour into DIR, hands it to the linking library, and on request reports on it and saves it again.
+
+tourwright-batch upload TOUR.roa --work DIR --account A --album NAME [--url URL] [--timeout SECONDS]
+    Uploads a saved tour to an album service and prints the album's identifier. The password comes from the
+    environment variable TOURWRIGHT_PASSWORD or from standard input.
+    --account A        e-mail address
+    --album NAME       letters of any script, digits and "_"
+    --url URL          the service, where it is not the one of TOURWRIGHT_ALBUM_URL
+    --timeout SECONDS  how long the service may be silent, or take to list a panorama (300)
 
 tourwright-batch compare REPORT.json TRUTH.json
     Prints the report's poses against the true ones of a made-up building, aligned by one rigid motion (by a

@@ -27,6 +27,8 @@ struct Parsed
 
 /// One line each on standard error.
 void say(const QString& line);
+/// On standard output, as it stands.
+void print(const QString& text);
 int refused(const QString& reason);     ///< gives ExitFailed
 int wrongUsage(const QString& problem); ///< gives ExitWrongUsage
 

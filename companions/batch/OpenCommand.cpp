@@ -5,26 +5,17 @@
 
 #include "companions/batch/Report.h"
 #include "companions/batch/Stopwatch.h"
-#include "linking/OpenTour.h"
-#include "project/ProjectFolders.h"
+#include "companions/batch/WorkTour.h"
 #include "project/SaveTour.h"
-#include "project/WorkingFolder.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QLocale>
 
 namespace {
 
 Parsed<OpenOptions> wrong(const QString& error)
 {
     return {std::nullopt, error};
-}
-
-bool liesBelow(const QString& path, const QString& folder)
-{
-    const QString top = QFileInfo(folder).canonicalFilePath();
-    return !top.isEmpty() && QFileInfo(path).canonicalFilePath().startsWith(top + QLatin1Char('/'));
 }
 
 void tellWhatIsMissing(const RoamProject& project, Linker& linker)
@@ -63,21 +54,9 @@ int runOpen(const OpenOptions& options, Linker& linker)
 {
     Stopwatch watch;
     RoamProject project;
-    project.folders = makeProjectFolders(options.work, QLocale::system().name()).folders;
-    if (!QFileInfo(project.folders.working).isWritable())
-        return refused(QStringLiteral("%1 cannot be written to").arg(project.folders.working));
-    if (liesBelow(options.tour, project.folders.working))
-        return refused(
-            QStringLiteral("%1 lies in the working folder, which is emptied first").arg(options.tour));
-    linker.init(project.folders.working);
-    linker.reset();
-    clearWorkingFolder(project.folders.working);
-
-    project.file_path = options.tour;
-    const OpenResult opened = openTour(project, linker, options.tour);
-    if (opened.outcome == OpenOutcome::Failed)
-        return refused(QStringLiteral("%1 cannot be opened: %2").arg(opened.path, opened.detail));
-    if (opened.outcome == OpenOutcome::Empty) say(QStringLiteral("%1 is empty").arg(options.tour));
+    const QString problem = openIntoWork(project, linker, options.tour, options.work);
+    if (!problem.isEmpty()) return refused(problem);
+    if (project.panoramas.empty()) say(QStringLiteral("%1 is empty").arg(options.tour));
     tellWhatIsMissing(project, linker);
     watch.lap(QStringLiteral("open"));
 
@@ -87,6 +66,6 @@ int runOpen(const OpenOptions& options, Linker& linker)
         watch.lap(QStringLiteral("save"));
     }
     if (options.report.isEmpty()) return ExitDone;
-    const QString problem = writeReport(options.report, project, linker, watch);
-    return problem.isEmpty() ? ExitDone : refused(problem);
+    const QString unwritten = writeReport(options.report, project, linker, watch);
+    return unwritten.isEmpty() ? ExitDone : refused(unwritten);
 }

@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// tourwright-batch: import, link, save and open a tour without a window.
+// tourwright-batch: import, link, save, open and upload a tour without a window.
 
 #include "companions/batch/CommandLine.h"
 #include "companions/batch/CompareCommand.h"
 #include "companions/batch/LinkCommand.h"
 #include "companions/batch/OpenCommand.h"
+#include "companions/batch/Secret.h"
+#include "companions/batch/UploadCommand.h"
 #include "linking/NexomapLinker.h"
 #include "project/LocalText.h"
 #include "project/ProjectFolders.h"
@@ -37,6 +39,14 @@ int open(const QStringList& arguments)
     return status;
 }
 
+int upload(const QStringList& arguments)
+{
+    Parsed<UploadOptions> parsed = parseUploadOptions(arguments);
+    if (!parsed.options) return wrongUsage(parsed.error);
+    parsed.options->entries.password = readSecret("TOURWRIGHT_PASSWORD", QStringLiteral("Password: "));
+    return runUpload(*parsed.options);
+}
+
 int compare(const QStringList& arguments)
 {
     if (arguments.size() != 2) return wrongUsage(QStringLiteral("compare takes REPORT.json and TRUTH.json"));
@@ -56,6 +66,7 @@ int main(int argc, char** argv)
     const QString command = arguments.takeFirst();
     if (command == QLatin1String("link")) return link(arguments);
     if (command == QLatin1String("open")) return open(arguments);
+    if (command == QLatin1String("upload")) return upload(arguments);
     if (command == QLatin1String("compare")) return compare(arguments);
     return wrongUsage(QStringLiteral("there is no command \"%1\"").arg(command));
 }
