@@ -113,6 +113,21 @@ std::vector<PoseError> alignedErrors(const std::vector<Pose>& estimated, const s
     return errors;
 }
 
+Eigen::Isometry3d rigidAlignment(const std::vector<Pose>& estimated, const std::vector<Pose>& truth)
+{
+    constexpr double kAxis_m = 2.0;
+    const auto tipsOf = [](const std::vector<Pose>& poses) {
+        Points tips(3, static_cast<Eigen::Index>(6 * poses.size()));
+        Eigen::Index column = 0;
+        for (const Pose& pose : poses)
+            for (int axis = 0; axis < 3; ++axis)
+                for (const double side : {-kAxis_m, kAxis_m})
+                    tips.col(column++) = pose.position + side * pose.rotation.col(axis);
+        return tips;
+    };
+    return Eigen::Isometry3d(Eigen::umeyama(tipsOf(estimated), tipsOf(truth), false));
+}
+
 double median(std::vector<double> values)
 {
     if (values.empty()) return 0.0;

@@ -7,6 +7,8 @@
 
 #include "companions/batch/PoseFile.h"
 
+#include <Eigen/Geometry>
+
 #include <vector>
 
 /// One panorama's deviation after alignment.
@@ -30,6 +32,12 @@ enum class Scale
 /// @param estimated, truth  the same panoramas in the same order, at least one
 std::vector<PoseError> alignedErrors(const std::vector<Pose>& estimated, const std::vector<Pose>& truth,
                                      Scale scale);
+
+/// The rigid motion that carries the estimated poses to the true ones by least squares: of the positions and
+/// of the tips of each panorama's axes, 2 m long, so that orientations count as surroundings that far away
+/// do.
+/// @param estimated, truth  as above
+Eigen::Isometry3d rigidAlignment(const std::vector<Pose>& estimated, const std::vector<Pose>& truth);
 
 /// Middle value, the mean of the two middle ones for an even count; 0 for none.
 double median(std::vector<double> values);

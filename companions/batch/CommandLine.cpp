@@ -91,9 +91,11 @@ tourwright-batch upload TOUR.roa --work DIR --account A --album NAME [--url URL]
     --url URL          the service, where it is not the one of TOURWRIGHT_ALBUM_URL
     --timeout SECONDS  how long the service may be silent, or take to list a panorama (300)
 
-tourwright-batch compare REPORT.json TRUTH.json
+tourwright-batch compare REPORT.json TRUTH.json [--map DIR]
     Prints the report's poses against the true ones of a made-up building, aligned by one rigid motion (by a
     similarity where there is no lidar), and its links against who truly sees whom.
+    --map DIR        the --work folder of `link --map`: also prints what the merged cloud and the plan are worth
+                     beside surfaces.ply and floorplan.json, which lie beside TRUTH.json
 
 Exit status: 0 done, 1 the input was refused or the work failed, 2 wrong usage.
 )"));

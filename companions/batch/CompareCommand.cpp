@@ -4,7 +4,10 @@
 #include "companions/batch/CompareCommand.h"
 
 #include "companions/batch/Alignment.h"
-#include "companions/batch/CommandLine.h"
+#include "companions/batch/MapCompare.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cstdio>
@@ -116,10 +119,23 @@ std::vector<QStringList> linkedGroups(const PoseFile& report, const PoseFile& tr
     return groups;
 }
 
-int runCompare(const QString& reportPath, const QString& truthPath)
+Parsed<CompareOptions> parseCompareOptions(const QStringList& arguments)
 {
-    const PoseFile report = readPoseFile(reportPath);
-    const PoseFile truth = readPoseFile(truthPath);
+    QCommandLineParser parser;
+    const QCommandLineOption map(QStringLiteral("map"), QString(), QStringLiteral("DIR"));
+    parser.addOption(map);
+    if (!parser.parse(QStringList{QStringLiteral("compare")} + arguments))
+        return {std::nullopt, parser.errorText()};
+    const QStringList files = parser.positionalArguments();
+    if (files.size() != 2) return {std::nullopt, QStringLiteral("compare takes REPORT.json and TRUTH.json")};
+    const QString work = parser.isSet(map) ? QFileInfo(parser.value(map)).absoluteFilePath() : QString();
+    return {CompareOptions{files[0], files[1], work}, QString()};
+}
+
+int runCompare(const CompareOptions& options)
+{
+    const PoseFile report = readPoseFile(options.report);
+    const PoseFile truth = readPoseFile(options.truth);
     for (const PoseFile* file : {&report, &truth})
         if (!file->error.isEmpty()) return refused(file->error);
     const std::vector<QStringList> groups = linkedGroups(report, truth);
@@ -134,7 +150,10 @@ int runCompare(const QString& reportPath, const QString& truthPath)
     if (truth.hasVisibility)
         printLinks(scoreLinks(report, truth));
     else
-        std::printf("%s does not say who sees whom\n", qPrintable(truthPath));
+        std::printf("%s does not say who sees whom\n", qPrintable(options.truth));
+    const QString problem = options.work.isEmpty()
+                                ? QString()
+                                : compareMap(options.report, options.truth, options.work, groups.front());
     std::fflush(stdout);
-    return ExitDone;
+    return problem.isEmpty() ? ExitDone : refused(problem);
 }

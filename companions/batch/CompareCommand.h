@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "companions/batch/CommandLine.h"
 #include "companions/batch/PoseFile.h"
 
 #include <QString>
@@ -28,6 +29,15 @@ LinkScore scoreLinks(const PoseFile& report, const PoseFile& truth);
 /// does not know are left out.
 std::vector<QStringList> linkedGroups(const PoseFile& report, const PoseFile& truth);
 
-/// Prints the table on standard output.
+struct CompareOptions
+{
+    QString report; ///< of `link` or `open`
+    QString truth;  ///< truth.json
+    QString work;   ///< folder that stood for the program's, whose map is compared as well; empty: none
+};
+
+Parsed<CompareOptions> parseCompareOptions(const QStringList& arguments);
+
+/// Prints the tables on standard output.
 /// @return an ExitStatus
-int runCompare(const QString& reportPath, const QString& truthPath);
+int runCompare(const CompareOptions& options);

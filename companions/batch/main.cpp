@@ -49,8 +49,8 @@ int upload(const QStringList& arguments)
 
 int compare(const QStringList& arguments)
 {
-    if (arguments.size() != 2) return wrongUsage(QStringLiteral("compare takes REPORT.json and TRUTH.json"));
-    return runCompare(arguments[0], arguments[1]);
+    const Parsed<CompareOptions> parsed = parseCompareOptions(arguments);
+    return parsed.options ? runCompare(*parsed.options) : wrongUsage(parsed.error);
 }
 
 } // namespace
