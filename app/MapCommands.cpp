@@ -49,18 +49,18 @@ void Tourwright::showMapStep(const MapStep& step)
     m_ui->progressAuto->setValue(step.progress);
     switch (step.kind) {
     case Kind::CompletingLinks:
-        statusBar()->showMessage(tr("Completing the links…"));
+        statusBar()->showMessage(tr("Completing the links"));
         break;
     case Kind::LinksCompleted:
         return showPlanPicture(newestMatchPicture(m_project));
     case Kind::Merging:
         refreshLinkTable();
-        statusBar()->showMessage(tr("Merging the point clouds, which may take minutes…"));
+        statusBar()->showMessage(tr("Merging the point clouds, which may take minutes"));
         break;
     case Kind::Merged:
         return showNewestMap();
     case Kind::HandingOut:
-        statusBar()->showMessage(tr("Writing the map's files into %1…").arg(m_project.folders.output));
+        statusBar()->showMessage(tr("Writing the map files into %1").arg(m_project.folders.output));
         break;
     case Kind::Finished:
         return statusBar()->clearMessage();

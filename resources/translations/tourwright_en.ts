@@ -288,6 +288,18 @@
         <translation>Panoramas: %1</translation>
     </message>
     <message>
+        <source>Completing the links</source>
+        <translation>Completing the links</translation>
+    </message>
+    <message>
+        <source>Merging the point clouds, which may take minutes</source>
+        <translation>Merging the point clouds, which may take minutes</translation>
+    </message>
+    <message>
+        <source>Writing the map files into %1</source>
+        <translation>Writing the map files into %1</translation>
+    </message>
+    <message>
         <source>Links: %1</source>
         <translation>Links: %1</translation>
     </message>

@@ -288,6 +288,18 @@
         <translation>全景点：%1</translation>
     </message>
     <message>
+        <source>Completing the links</source>
+        <translation>正在完善全景链接</translation>
+    </message>
+    <message>
+        <source>Merging the point clouds, which may take minutes</source>
+        <translation>正在拼合点云，可能需要几分钟</translation>
+    </message>
+    <message>
+        <source>Writing the map files into %1</source>
+        <translation>正在将导航图文件写入 %1</translation>
+    </message>
+    <message>
         <source>Links: %1</source>
         <translation>链接：%1</translation>
     </message>
