@@ -3,6 +3,7 @@
 
 #include "views/CloudPoints.h"
 
+#include "views/cloud/LargePages.h"
 #include "views/cloud/VertexDecoder.h"
 #include "views/gl/GlView.h"
 #include "views/gl/ShaderProgram.h"
@@ -35,6 +36,7 @@ bool fillBuffer(QOpenGLContext& context, GLuint buffer, std::size_t points, GLsi
     if (points > 0 && map && unmap) {
         constexpr GLenum kWriteOnly = 0x88B9;
         if (void* memory = map(GL_ARRAY_BUFFER, kWriteOnly)) {
+            cloud::preferLargePages(memory, points * sizeof(cloud::Vertex)); // where it is the system's
             write(static_cast<cloud::Vertex*>(memory));
             intact = unmap(GL_ARRAY_BUFFER) == GL_TRUE;
             *written = intact ? static_cast<GLsizei>(points) : 0;

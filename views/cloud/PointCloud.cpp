@@ -3,6 +3,8 @@
 
 #include "views/cloud/PointCloud.h"
 
+#include "views/cloud/LargePages.h"
+
 #include <new>
 
 namespace cloud {
@@ -44,7 +46,9 @@ bool PointCloud::allocate(const Header& header)
     // Not value-initialised: the bytes are written next, and clearing them first would be a pass of its own.
     std::unique_ptr<std::uint8_t[]> data(new (std::nothrow) std::uint8_t[kPlanes * header.points()]);
     if (!data) return false;
+    preferLargePages(data.get(), kPlanes * header.points());
     m_header = header;
+    m_size = header.points();
     m_data = std::move(data);
     return true;
 }

@@ -70,7 +70,7 @@ public:
     [[nodiscard]] bool allocate(const Header& header);
 
     const Header& header() const { return m_header; }
-    std::size_t size() const { return m_header.points(); }
+    std::size_t size() const { return m_size; }
     std::size_t dataBytes() const { return kPlanes * size(); }
 
     const std::uint8_t* data() const { return m_data.get(); }
@@ -92,6 +92,7 @@ private:
     }
 
     Header m_header;
+    std::size_t m_size = 0; ///< the header's, at hand
     std::unique_ptr<std::uint8_t[]> m_data;
 };
 

@@ -13,7 +13,7 @@
 namespace cloud {
 namespace {
 
-constexpr std::size_t kLeastWords = 1 << 10; // of a thread: 65,536 points
+constexpr std::size_t kLeastPoints = 1 << 16; // of a thread
 
 /// The places whose whole part, cut off toward 0, is one of begin .. end. Kept as real numbers, because a
 /// place far outside fits no whole one.
@@ -60,29 +60,37 @@ struct PlaceTables
     }
 };
 
-/// Appends the points of a run of words that are not deleted, plane by plane.
-void copyKept(const PointSet& deleted, const PointCloud& from, std::size_t firstWord, std::size_t lastWord,
+constexpr std::size_t kBlockWords = 16; // copied plane by plane
+constexpr std::size_t kBlockPoints = kBlockWords * PointSet::kWordPoints;
+
+/// Numbers, from the first of the block on, of the points that are not deleted.
+/// @return how many
+std::size_t listKept(const std::uint64_t* deleted, std::size_t count, std::uint16_t* kept)
+{
+    std::size_t keptCount = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        kept[keptCount] = static_cast<std::uint16_t>(i);
+        keptCount += ~deleted[i / PointSet::kWordPoints] >> (i % PointSet::kWordPoints) & 1;
+    }
+    return keptCount;
+}
+
+/// Copies the points first .. last that are not deleted to where `out` and the next ones stand.
+void copyKept(const PointSet& deleted, const PointCloud& from, std::size_t first, std::size_t last,
               PointCloud* to, std::size_t out)
 {
-    for (std::size_t word = firstWord; word < lastWord; ++word) {
-        const std::size_t first = word * PointSet::kWordPoints;
-        const std::size_t count = std::min(PointSet::kWordPoints, from.size() - first);
-        const std::uint64_t gone = deleted.words()[word];
-        std::uint8_t kept[PointSet::kWordPoints];
-        std::size_t keptCount = 0;
-        if (gone == 0) {
-            for (std::size_t plane = 0; plane < kPlanes; ++plane)
-                std::memcpy(to->plane(plane) + out, from.plane(plane) + first, count);
-            out += count;
-            continue;
-        }
-        for (std::size_t i = 0; i < count; ++i) {
-            kept[keptCount] = static_cast<std::uint8_t>(i);
-            keptCount += ~gone >> i & 1;
-        }
+    std::uint16_t kept[kBlockPoints];
+    for (; first < last; first += kBlockPoints) {
+        const std::size_t count = std::min(kBlockPoints, last - first);
+        const std::size_t keptCount =
+            listKept(deleted.words().data() + first / PointSet::kWordPoints, count, kept);
         for (std::size_t plane = 0; plane < kPlanes; ++plane) {
             const std::uint8_t* source = from.plane(plane) + first;
             std::uint8_t* target = to->plane(plane) + out;
+            if (keptCount == count) {
+                std::memcpy(target, source, count);
+                continue;
+            }
             for (std::size_t i = 0; i < keptCount; ++i)
                 target[i] = source[kept[i]];
         }
@@ -97,6 +105,8 @@ PointSet pointsInBox(const PointCloud& cloud, const Camera& camera, ViewSize siz
     const PlaceTables place(Quantisation(cloud.header()), camera);
     const Span columns(box.left(), box.right()), rows(box.top(), box.bottom());
     const double middleX = size.width * 0.5, middleY = size.height * 0.5;
+    const std::uint8_t *x0 = cloud.plane(0), *x1 = cloud.plane(1), *y0 = cloud.plane(2), *y1 = cloud.plane(3),
+                       *z0 = cloud.plane(4), *z1 = cloud.plane(5);
     PointSet inside(cloud.size());
     const auto mark = [&](std::size_t, std::size_t firstWord, std::size_t lastWord) {
         for (std::size_t word = firstWord; word < lastWord; ++word) {
@@ -104,7 +114,9 @@ PointSet pointsInBox(const PointCloud& cloud, const Camera& camera, ViewSize siz
             const std::size_t count = std::min(PointSet::kWordPoints, cloud.size() - first);
             std::uint64_t bits = 0;
             for (std::size_t i = 0; i < count; ++i) {
-                const unsigned x = cloud.x(first + i), y = cloud.y(first + i), z = cloud.z(first + i);
+                const std::size_t point = first + i;
+                const unsigned x = x0[point] + 256u * x1[point], y = y0[point] + 256u * y1[point],
+                               z = z0[point] + 256u * z1[point];
                 const double right = place.right_x[x] - place.right_y[y];
                 const double up = place.cosTilt * (place.ahead_x[x] + place.ahead_y[y]) + place.up_z[z];
                 const bool in = columns.contains(middleX + camera.zoom * right * camera.scale + 0.5) &
@@ -114,27 +126,27 @@ PointSet pointsInBox(const PointCloud& cloud, const Camera& camera, ViewSize siz
             inside.words()[word] = bits;
         }
     };
-    forEachRange(rangeBorders(inside.words().size(), kLeastWords), mark);
+    forEachRange(rangeBorders(inside.words().size(), kLeastPoints / PointSet::kWordPoints), mark);
     return inside;
 }
 
 std::optional<PointCloud> without(const PointSet& deleted, const PointCloud& cloud)
 {
-    const auto& words = deleted.words();
-    const auto borders = rangeBorders(words.size(), kLeastWords);
-    std::vector<std::size_t> begin{0};
+    const auto borders = rangeBorders(cloud.size(), kLeastPoints, kBlockPoints);
+    std::vector<std::size_t> begin{0}; // of each part among the points that stay
     for (std::size_t part = 0; part + 1 < borders.size(); ++part) {
-        const std::size_t points = std::min(borders[part + 1] * PointSet::kWordPoints, cloud.size()) -
-                                   std::min(borders[part] * PointSet::kWordPoints, cloud.size());
-        begin.push_back(begin.back() + points - deleted.countIn(borders[part], borders[part + 1]));
+        const std::size_t firstWord = borders[part] / PointSet::kWordPoints;
+        const std::size_t lastWord = (borders[part + 1] + PointSet::kWordPoints - 1) / PointSet::kWordPoints;
+        begin.push_back(begin.back() + borders[part + 1] - borders[part] -
+                        deleted.countIn(firstWord, lastWord));
     }
 
     Header header = cloud.header();
     header.setPoints(static_cast<std::uint32_t>(begin.back()));
     PointCloud rest;
     if (!rest.allocate(header)) return std::nullopt;
-    forEachRange(borders, [&](std::size_t part, std::size_t firstWord, std::size_t lastWord) {
-        copyKept(deleted, cloud, firstWord, lastWord, &rest, begin[part]);
+    forEachRange(borders, [&](std::size_t part, std::size_t first, std::size_t last) {
+        copyKept(deleted, cloud, first, last, &rest, begin[part]);
     });
     return rest;
 }

@@ -26,18 +26,41 @@ VertexDecoder::VertexDecoder(const PointCloud& cloud)
         m_colour[value] = static_cast<float>(double(value) * 0.00392156862745098);
 }
 
-Vertex VertexDecoder::vertex(std::size_t point) const
+// The planes and tables in registers: through the cloud, their places would be looked up anew for each point.
+struct VertexDecoder::Reader
 {
-    return {m_x[m_cloud.x(point)],        m_y[m_cloud.y(point)],          m_z[m_cloud.z(point)],
-            m_colour[m_cloud.red(point)], m_colour[m_cloud.green(point)], m_colour[m_cloud.blue(point)]};
-}
+    const std::uint8_t *x0, *x1, *y0, *y1, *z0, *z1, *blue, *green, *red;
+    const float *x, *y, *z, *colour;
+
+    explicit Reader(const VertexDecoder& decoder)
+        : x0(decoder.m_cloud.plane(0))
+        , x1(decoder.m_cloud.plane(1))
+        , y0(decoder.m_cloud.plane(2))
+        , y1(decoder.m_cloud.plane(3))
+        , z0(decoder.m_cloud.plane(4))
+        , z1(decoder.m_cloud.plane(5))
+        , blue(decoder.m_cloud.plane(6))
+        , green(decoder.m_cloud.plane(7))
+        , red(decoder.m_cloud.plane(8))
+        , x(decoder.m_x.data())
+        , y(decoder.m_y.data())
+        , z(decoder.m_z.data())
+        , colour(decoder.m_colour.data())
+    {}
+    Vertex vertex(std::size_t i) const
+    {
+        return {x[x0[i] + 256u * x1[i]], y[y0[i] + 256u * y1[i]], z[z0[i] + 256u * z1[i]],
+                colour[red[i]],          colour[green[i]],        colour[blue[i]]};
+    }
+};
 
 void VertexDecoder::decodeAll(Vertex* vertices) const
 {
     forEachRange(rangeBorders(m_cloud.size(), kLeastPoints),
                  [&](std::size_t, std::size_t first, std::size_t last) {
+                     const Reader reader(*this);
                      for (std::size_t point = first; point < last; ++point)
-                         vertices[point] = vertex(point);
+                         vertices[point] = reader.vertex(point);
                  });
 }
 
@@ -49,11 +72,12 @@ void VertexDecoder::decode(const PointSet& points, Vertex* vertices) const
     for (std::size_t part = 0; part + 1 < borders.size(); ++part)
         begin.push_back(begin.back() + points.countIn(borders[part], borders[part + 1]));
     forEachRange(borders, [&](std::size_t part, std::size_t firstWord, std::size_t lastWord) {
+        const Reader reader(*this);
         Vertex* out = begin[part];
         for (std::size_t word = firstWord; word < lastWord; ++word) {
             std::size_t point = word * PointSet::kWordPoints;
             for (std::uint64_t bits = words[word]; bits != 0; bits >>= 1, ++point) {
-                if (bits & 1) *out++ = vertex(point);
+                if (bits & 1) *out++ = reader.vertex(point);
             }
         }
     });

@@ -32,7 +32,7 @@ public:
     void decode(const PointSet& points, Vertex* vertices) const;
 
 private:
-    Vertex vertex(std::size_t point) const;
+    struct Reader;
 
     const PointCloud& m_cloud;
     std::vector<float> m_x, m_y, m_z; ///< by quantised coordinate
