@@ -73,7 +73,7 @@ UploadReply readReply(QNetworkReply& reply)
     UploadReply read;
     read.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     read.path = reply.url().path(QUrl::FullyDecoded);
-    read.body = reply.readAll();
+    if (reply.isOpen()) read.body = reply.readAll();
     read.error = withoutSecrets(reply.errorString(), reply.url());
     return read;
 }
