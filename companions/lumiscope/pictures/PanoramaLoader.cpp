@@ -5,6 +5,8 @@
 
 #include "linking/pictures/PanoramaPicture.h"
 
+#include <algorithm>
+
 namespace lumiscope {
 
 namespace {
@@ -38,8 +40,19 @@ PanoramaLoader::~PanoramaLoader()
 void PanoramaLoader::want(std::vector<PictureOrder> orders)
 {
     const QMutexLocker lock(&m_mutex);
+    const auto underway = [this](const PictureOrder& order) {
+        return std::find(m_underway.begin(), m_underway.end(), order) != m_underway.end();
+    };
+    orders.erase(std::remove_if(orders.begin(), orders.end(), underway), orders.end());
     m_orders = std::move(orders);
     m_changed.wakeAll();
+}
+
+void PanoramaLoader::taken(int station, int width)
+{
+    const QMutexLocker lock(&m_mutex);
+    const PictureOrder order{station, width, QString()};
+    m_underway.erase(std::remove(m_underway.begin(), m_underway.end(), order), m_underway.end());
 }
 
 bool PanoramaLoader::next(PictureOrder* order)
@@ -50,6 +63,7 @@ bool PanoramaLoader::next(PictureOrder* order)
     if (m_ending) return false;
     *order = m_orders.front();
     m_orders.erase(m_orders.begin());
+    m_underway.push_back(*order);
     return true;
 }
 

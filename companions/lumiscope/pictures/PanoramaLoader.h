@@ -42,8 +42,11 @@ public:
     ~PanoramaLoader() override;
 
     /// What is wanted now, the first one first; replaces what was wanted before. A picture already begun is
-    /// finished and told all the same.
+    /// finished and told all the same, and not begun again before it was `taken`. From any thread.
     void want(std::vector<PictureOrder> orders);
+
+    /// The receiver of `loaded` knows of this picture now.
+    void taken(int station, int width);
 
 Q_SIGNALS:
     /// @param picture  RGB888; null when the file is no panorama that can be read
@@ -58,6 +61,7 @@ private:
     QMutex m_mutex;
     QWaitCondition m_changed;
     std::vector<PictureOrder> m_orders;
+    std::vector<PictureOrder> m_underway; ///< begun, and not taken yet
     bool m_ending = false;
 };
 

@@ -132,6 +132,7 @@ private:
             const PanoNode& node = *m_project.panoramas[i];
             if (node.file_path != path || m_told.contains(int(i))) continue;
             m_told.insert(int(i));
+            if (int(i) == m_tour.entry) Q_EMIT m_loader.entryReady(int(i), path);
             Q_EMIT m_loader.panoramaReady(int(i), path, node.base_name);
         }
     }

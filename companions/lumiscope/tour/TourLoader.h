@@ -31,6 +31,8 @@ public:
 Q_SIGNALS:
     /// The stations without their files.
     void described(const lumiscope::WalkTour& tour);
+    /// Before `panoramaReady` of the same one.
+    void entryReady(int station, const QString& path);
     /// @param name  for the visitor
     void panoramaReady(int station, const QString& path, const QString& name);
     void photoReady(int station, int photo, const QString& path);

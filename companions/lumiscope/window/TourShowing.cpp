@@ -32,6 +32,14 @@ void ViewerWindow::open(const QString& path)
     layOut();
     m_loader = std::make_unique<TourLoader>(path, m_scratch.path(), m_application);
     connectLoading();
+    // The entry's picture is begun at once, whatever this thread is doing.
+    PanoramaLoader* const pictures = m_pictures.get();
+    connect(
+        m_loader.get(), &TourLoader::entryReady, pictures,
+        [pictures](int station, const QString& panorama) {
+            pictures->want({{station, kCoarseWidth, panorama}});
+        },
+        Qt::DirectConnection);
     m_loader->start();
 }
 
@@ -68,12 +76,16 @@ void ViewerWindow::showTour(const WalkTour& tour)
 {
     m_tour = tour;
     m_view->showTour(&m_tour);
+    showSheet();
+}
+
+void ViewerWindow::showControls()
+{
+    if (m_mapButton->isVisible()) return;
     for (QToolButton* each : m_buttons)
         each->show();
     m_mapButton->show();
     m_map->setVisible(!m_folded);
-    showSheet();
-    showPlace();
 }
 
 void ViewerWindow::takePanorama(int station, const QString& path, const QString& name)
@@ -113,6 +125,7 @@ bool ViewerWindow::cannotShow(int station) const
 
 void ViewerWindow::takePicture(int station, int width, const QImage& picture)
 {
+    m_pictures->taken(station, width);
     if (m_tour.stations.empty()) return;
     if (!picture.isNull()) return m_view->addPicture(station, width, picture);
     m_broken.insert({station, width});
@@ -140,12 +153,21 @@ void ViewerWindow::arrive(int station)
         m_view->walkTo(station);
         showSheet();
     }
-    orderPictures();
     showPlace();
+}
+
+void ViewerWindow::seeFrame(int station, int width)
+{
+    if (m_seen == std::make_pair(station, width)) return;
+    m_seen = {station, width};
+    showControls(); // not before the first frame, which they would only delay
+    showPlace();
+    orderPictures();
 }
 
 void ViewerWindow::orderPictures()
 {
+    if (m_view->isWalking()) return m_pictures->want({});
     const LoadState state{m_view->visitor()->station(), m_destination, m_view->takesSharpPictures()};
     std::vector<PictureOrder> orders = loadPlan(m_tour, state);
     m_view->keepPictures(orders, m_destination);
@@ -155,6 +177,8 @@ void ViewerWindow::orderPictures()
                m_broken.count({order.station, order.width}) > 0;
     };
     orders.erase(std::remove_if(orders.begin(), orders.end(), done), orders.end());
+    const int awaited = m_destination >= 0 ? m_destination : state.station;
+    if (!orders.empty() && orders.front().station == awaited && !m_view->isReady(awaited)) orders.resize(1);
     m_pictures->want(std::move(orders));
 }
 
@@ -163,9 +187,10 @@ void ViewerWindow::showPlace()
     const int station = m_view->visitor()->station();
     const QString name = m_tour.stations[static_cast<std::size_t>(station)].node.base_name;
     m_place->setText(name);
-    m_place->setVisible(!name.isEmpty());
+    m_place->setVisible(!name.isEmpty() && m_mapButton->isVisible());
     const bool loading = m_destination >= 0 || (!m_view->isReady(station) && !cannotShow(station));
     const bool broken = !loading && cannotShow(station) && !m_view->isReady(station);
+    if (broken) showControls();
     if (broken) m_notice->setText(tr("This panorama cannot be shown. Its markers and the map lead on."));
     if (loading) m_notice->setText(tr("Loading..."));
     m_notice->setVisible(loading || broken);

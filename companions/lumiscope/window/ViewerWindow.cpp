@@ -107,6 +107,9 @@ void ViewerWindow::connectView()
     connect(m_view, &WalkView::turned, this, &ViewerWindow::turnMap);
     connect(m_view, &WalkView::hovered, this, &ViewerWindow::hover);
     connect(m_view, &WalkView::ready, this, &ViewerWindow::arrive);
+    // The next pictures are begun when the frame that the visitor waits for is there.
+    connect(m_view, &WalkView::painted, this, &ViewerWindow::seeFrame, Qt::QueuedConnection);
+    connect(m_view, &WalkView::walked, this, &ViewerWindow::orderPictures, Qt::QueuedConnection);
     connect(m_map, &MapPanel::stationChosen, this, &ViewerWindow::goTo);
     for (ContentPanel* panel : {static_cast<ContentPanel*>(m_photo), static_cast<ContentPanel*>(m_text)})
         connect(panel, &ContentPanel::closed, m_view, QOverload<>::of(&QWidget::setFocus));

@@ -60,6 +60,7 @@ private:
     void layOut();
 
     void showTour(const WalkTour& tour);
+    void showControls();
     void takePanorama(int station, const QString& path, const QString& name);
     void takePicture(int station, int width, const QImage& picture);
     void endOfTour();
@@ -67,6 +68,7 @@ private:
 
     bool cannotShow(int station) const;
     void arrive(int station);
+    void seeFrame(int station, int width);
     void orderPictures();
     void showPlace();
     void showSheet();
@@ -80,6 +82,7 @@ private:
     QString m_application;
     QString m_tourName;
     WalkTour m_tour;
+    std::pair<int, int> m_seen{-1, 0};      ///< station and width of the last frame
     int m_destination = -1;                 ///< where a walk waits to go
     bool m_complete = false;                ///< everything of the tour is unpacked
     std::set<std::pair<int, int>> m_broken; ///< station and width of pictures that cannot be had

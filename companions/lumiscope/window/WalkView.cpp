@@ -133,6 +133,7 @@ void WalkView::upload()
     if (!m_initialised || !m_visitor) return;
     const int first = m_destination >= 0 ? m_destination : m_visitor->station();
     const bool awaited = !isReady(first) && m_textures.isWaiting(first);
+    if (isWalking() && !awaited) return m_uploads.stop(); // every moment belongs to the blend
     makeCurrent();
     const std::vector<int> completed =
         m_textures.upload(*this, first, awaited ? kUploadAll_ms : kUploadAtOnce_ms, awaited);
@@ -153,7 +154,7 @@ void WalkView::walkTo(int station)
     m_icons.show(&here().node);
     m_icons.selectPhoto(-1);
     m_taken.reset();
-    m_walkClock.invalidate();
+    m_walkClock.start();
     m_frames.start(kFrame_ms);
     Q_EMIT hovered(QString(), QPoint());
     changed();
@@ -191,12 +192,13 @@ void WalkView::drawSpheres()
     const int station = m_visitor->station();
     WalkFrame frame;
     if (isWalking()) {
-        if (!m_walkClock.isValid()) m_walkClock.start();
         const double elapsed_s = static_cast<double>(m_walkClock.nsecsElapsed()) * 1e-9;
         frame = walkFrame(elapsed_s);
         if (elapsed_s >= kWalk_s) {
             m_from = -1;
             m_frames.stop();
+            m_uploads.start(0);
+            Q_EMIT walked();
         }
     }
     const auto draw = [&](int each, double shift, float opacity) {

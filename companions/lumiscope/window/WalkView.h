@@ -67,8 +67,10 @@ Q_SIGNALS:
     void hovered(const QString& text, QPoint at);
     /// A picture of the station can be shown from now on.
     void ready(int station);
-    /// A frame with a panorama has been painted.
+    /// A frame with a panorama has been painted; told while painting.
     void painted(int station, int width);
+    /// The blend of a walk is over; told while painting.
+    void walked();
 
 protected:
     void initializeGL() override;
