@@ -194,4 +194,40 @@ TEST_F(HandMade, TwoIdenticalPairsAreBothKept)
     EXPECT_EQ(NexomapAddPanoMatch(name(1).c_str(), name(0).c_str()), NEXOMAP_DUPLICATE);
 }
 
+TEST_F(HandMade, WithoutLidarPairsInPicturesMakeALinkToo)
+{
+    MadeUpTour tour = room();
+    tour.lidar = false;
+    link(tour);
+    ASSERT_EQ(NexomapGetPanoGroupNum(), 3);
+    ASSERT_EQ(NexomapAddPanoMatch(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    pick(name(0), name(1), picks(tour, 0, 1, 6, 0.05, 5));
+    ASSERT_EQ(NexomapAnalyzePanoMatchParas(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    ASSERT_EQ(NexomapRelocateAll(), NEXOMAP_OK);
+    ASSERT_EQ(NexomapGetPanoMatchNum(), 1);
+    EXPECT_EQ(NexomapGetPanoGroupNum(), 2);
+    const MatchReport m = match(0);
+    EXPECT_EQ(m.mode, 1);
+    EXPECT_GT(m.spacing, 0.1);
+    const Pose truth = tour.stations[0].pose.inverse() * tour.stations[1].pose;
+    EXPECT_NEAR(wrapAngle(m.rot_0 + azimuthOf(truth.t)), 0.0, 2.0 * kDegree);
+    EXPECT_NEAR(wrapAngle(node(1).direction - node(0).direction - headingOf(truth.R)), 0.0, 2.0 * kDegree);
+}
+
+TEST_F(HandMade, WithoutLidarPairsOfOnePlaceAreAPureTurn)
+{
+    MadeUpTour tour = room();
+    tour.lidar = false;
+    tour.reach_m = -1.0;
+    tour.stations[1].pose.t = tour.stations[0].pose.t;
+    link(tour);
+    ASSERT_EQ(NexomapAddPanoMatch(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    pick(name(0), name(1), picks(tour, 0, 1, 5, 0.05, 5));
+    ASSERT_EQ(NexomapAnalyzePanoMatchParas(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    ASSERT_EQ(NexomapRelocateAll(), NEXOMAP_OK);
+    const double turn = headingOf(tour.stations[0].pose.R.transpose() * tour.stations[1].pose.R);
+    EXPECT_NEAR(wrapAngle(node(1).direction - node(0).direction - turn), 0.0, 1.0 * kDegree);
+    EXPECT_NEAR(match(0).spacing, 0.0, 1e-6);
+}
+
 } // namespace

@@ -4,6 +4,8 @@
 #include "nexomap/src/links/HandMadePose.h"
 
 #include "nexomap/src/Geometry.h"
+#include "nexomap/src/pair/MetricRefinement.h"
+#include "nexomap/src/pair/RangeAgreement.h"
 
 #include <Eigen/Dense>
 
@@ -13,11 +15,14 @@
 namespace nexomap {
 namespace {
 
-constexpr double kPickSigma = 0.2 * kDegree; // a careful to careless click
+constexpr double kPickSigma = 0.3 * kDegree; // a careless click
 constexpr double kRangeSigma_m = 0.015;
 constexpr double kTiltSigma = 0.5 * 1.4142 * kDegree; // of two panoramas against each other
 constexpr double kSmallestExtent_m = 0.1;
 constexpr double kSmallestAngle = 5.0 * kDegree;
+constexpr double kWrongPair = 16.3;     // chi squared of 3 degrees of freedom, p = 0.001
+constexpr double kPairsDisagree = 16.8; // of 6, p = 0.01
+constexpr int kSurfaceSamples = 4000;
 
 /// A point that a pick may mean, and how uncertain it is: the pick slides along the surface.
 struct SurfacePoint
@@ -171,13 +176,25 @@ double squaredMiss(const Points& pair, const Pose& pose)
     return miss.dot(S.ldlt().solve(miss));
 }
 
-/// Gauss-Newton on all pairs (Cauchy) and the upright prior; returns the information at the end.
-Matrix6d refine(const std::vector<Points>& pairs, Pose& pose)
+/// What the surfaces say of the pose by themselves: nothing along a bare corridor.
+struct SurfaceFit
+{
+    Pose pose;
+    Matrix6d information = Matrix6d::Zero();
+};
+
+/// Gauss-Newton on all pairs (Cauchy), the surfaces' fit and the upright prior; returns the information at
+/// the end, the prior left out.
+Matrix6d refine(const std::vector<Points>& pairs, const SurfaceFit& surfaces, Pose& pose)
 {
     Matrix6d N = Matrix6d::Zero();
     for (int round = 0; round < 15; ++round) {
-        N.setZero();
         Vector6d g = Vector6d::Zero();
+        const Pose away = surfaces.pose.inverse() * pose;
+        Vector6d miss_of_surfaces;
+        miss_of_surfaces << logRotation(away.R), away.R.transpose() * away.t;
+        N = surfaces.information;
+        g = surfaces.information * miss_of_surfaces;
         for (const Points& pair : pairs) {
             Eigen::Matrix<double, 3, 6> J;
             J << pose.R * skew(pair.p_1), -pose.R;
@@ -187,6 +204,7 @@ Matrix6d refine(const std::vector<Points>& pairs, Pose& pose)
             N += J.transpose() * W * J;
             g += J.transpose() * W * miss;
         }
+        const Matrix6d measured = N;
         const Eigen::Matrix<double, 2, 3> T = (-pose.R * skew(Eigen::Vector3d::UnitZ())).topRows<2>();
         const double w = 1.0 / (kTiltSigma * kTiltSigma);
         N.topLeftCorner<3, 3>() += w * T.transpose() * T;
@@ -194,9 +212,42 @@ Matrix6d refine(const std::vector<Points>& pairs, Pose& pose)
         const Vector6d step = -N.ldlt().solve(g);
         pose.t += pose.R * step.tail<3>();
         pose.R = nearestRotation(pose.R * expRotation(step.head<3>()));
+        N = measured;
         if (step.norm() < 1e-10) break;
     }
     return N;
+}
+
+double squaredMisses(const std::vector<Points>& pairs, const Pose& pose)
+{
+    double sum = 0.0;
+    for (const Points& pair : pairs)
+        sum += std::min(squaredMiss(pair, pose), kWrongPair);
+    return sum;
+}
+
+/// Lays the two range pictures onto each other from where the pairs put them (point to plane, Chen and
+/// Medioni 1992). Kept only when the pairs do not contradict the result and the surfaces agree better than
+/// before.
+void alignSurfaces(const Panorama& panorama_0, const Panorama& panorama_1, const std::vector<Points>& pairs,
+                   Pose* pose, Matrix6d* information)
+{
+    const std::vector<SurfaceSample> samples_0 = sampleSurfaces(panorama_0.range, kSurfaceSamples);
+    const std::vector<SurfaceSample> samples_1 = sampleSurfaces(panorama_1.range, kSurfaceSamples);
+    Pose aligned = *pose;
+    Matrix6d known = *information;
+    for (int round = 0; round < 2; ++round) {
+        const RefinedPose fit = refineMetricPose({}, {}, {aligned.R, aligned.t}, &panorama_0.range,
+                                                 &panorama_1.range, &samples_0, &samples_1);
+        if (fit.surface_pairs == 0) return;
+        known = refine(pairs, {{fit.pose.R, fit.pose.t}, fit.information}, aligned);
+    }
+    const RangeAgreement before = checkRanges(panorama_0.range, panorama_1.range, {pose->R, pose->t});
+    const RangeAgreement after = checkRanges(panorama_0.range, panorama_1.range, {aligned.R, aligned.t});
+    const bool contradicted = squaredMisses(pairs, aligned) > squaredMisses(pairs, *pose) + kPairsDisagree;
+    if (contradicted || after.agree < before.agree || after.violation > before.violation + 0.01) return;
+    *pose = aligned;
+    *information = known;
 }
 
 } // namespace
@@ -247,10 +298,11 @@ std::optional<PairPose> poseFromPicks(const Panorama& panorama_0, const Panorama
     if (best.empty() || secondExtent(best) < kSmallestExtent_m) return std::nullopt;
 
     Pose pose = absoluteOrientation(best);
-    const Matrix6d information = refine(best, pose);
+    Matrix6d information = refine(best, {}, pose);
+    alignSurfaces(panorama_0, panorama_1, best, &pose, &information);
     int fitting = 0;
     for (const Points& points : best)
-        fitting += squaredMiss(points, pose) < 16.3; // 3 degrees, p = 0.001
+        fitting += squaredMiss(points, pose) < kWrongPair;
     if (fitting < 3) return std::nullopt;
     PairPose result;
     result.R_0_from_1 = pose.R;
@@ -262,7 +314,7 @@ std::optional<PairPose> poseFromPicks(const Panorama& panorama_0, const Panorama
     const double fit = double(fitting) / double(picks.size());
     result.reliability = std::clamp(fit * (1.0 - std::pow(0.35, fitting - 1)), 0.05, 0.99);
     for (std::size_t k = 0; k < best.size(); ++k) {
-        if (squaredMiss(best[k], pose) >= 16.3) continue;
+        if (squaredMiss(best[k], pose) >= kWrongPair) continue;
         result.inliers.push_back({best[k].p_0.normalized().cast<float>(),
                                   best[k].p_1.normalized().cast<float>(), float(best[k].p_0.norm()),
                                   float(best[k].p_1.norm())});

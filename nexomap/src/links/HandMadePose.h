@@ -20,7 +20,8 @@ struct PickedPair
 
 /// Relative pose from picked pairs and the range at them: absolute orientation (Umeyama 1991, without scale)
 /// of the best triple's consensus, then least squares with the noise of picks and ranges and the prior that
-/// both panoramas stand upright. Deterministic.
+/// both panoramas stand upright; then the range pictures laid onto each other where the pairs bear it out.
+/// Deterministic.
 /// @return nullopt when fewer than three pairs have a range on both sides, or when they are degenerate: all
 /// within a few degrees, or all on one line
 std::optional<PairPose> poseFromPicks(const Panorama& panorama_0, const Panorama& panorama_1,

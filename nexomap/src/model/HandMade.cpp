@@ -3,6 +3,7 @@
 
 #include "nexomap/src/model/HandMade.h"
 
+#include "nexomap/src/links/HandMadeBearings.h"
 #include "nexomap/src/links/SightLine.h"
 
 #include <algorithm>
@@ -53,7 +54,9 @@ void analyseMatch(Model& model, const Workplace& workplace, const std::string& n
     const Node &node_0 = model.nodes[announcement.node_0], &node_1 = model.nodes[announcement.node_1];
     const Panorama& panorama_0 = node_0.source->get(workplace.front_end);
     const Panorama& panorama_1 = node_1.source->get(workplace.front_end);
-    std::optional<PairPose> pose = poseFromPicks(panorama_0, panorama_1, announcement.picks);
+    const bool ranged = panorama_0.metric() && panorama_1.metric();
+    std::optional<PairPose> pose = ranged ? poseFromPicks(panorama_0, panorama_1, announcement.picks)
+                                          : poseFromBearingPicks(announcement.picks);
     if (!pose) throw Failure(NEXOMAP_CANNOT_SOLVE, "the pairs do not determine where the panoramas stand");
 
     Edge edge;
