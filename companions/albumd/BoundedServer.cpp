@@ -66,8 +66,9 @@ void BoundedServer::stopSoon(int grace_ms)
         shutDown(socket);
 }
 
-void BoundedServer::giveUpRequest()
+void BoundedServer::giveUpRequest(httplib::Response& response)
 {
+    response.set_header("Connection", "close");
     if (t_stream) t_stream->giveUp();
 }
 
@@ -108,7 +109,10 @@ bool BoundedServer::process_and_close_socket(socket_t socket)
         m_connections.erase(socket);
     }
     m_gone.notify_all();
-    closeGently(socket);
+    if (stream.givenUp())
+        closeGently(socket);
+    else
+        closeSocket(socket);
     return true;
 }
 

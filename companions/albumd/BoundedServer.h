@@ -29,7 +29,7 @@ public:
     void stopSoon(int grace_ms);
 
     /// From a handler: the rest of this request stays unread; the connection ends with the reply.
-    static void giveUpRequest();
+    static void giveUpRequest(httplib::Response& response);
 
 private:
     bool process_and_close_socket(socket_t socket) override;

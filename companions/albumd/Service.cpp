@@ -46,7 +46,7 @@ int bodyProblem(const httplib::Request& request, std::int64_t mostBytes)
 void turnAway(httplib::Response& response, int status, const char* reason)
 {
     refuse(response, status, reason);
-    BoundedServer::giveUpRequest();
+    BoundedServer::giveUpRequest(response);
 }
 
 } // namespace

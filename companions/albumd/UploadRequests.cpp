@@ -65,7 +65,7 @@ struct UploadRequests::Call
     void turnAway(int status, const char* reason) const
     {
         refuse(response, status, reason);
-        BoundedServer::giveUpRequest();
+        BoundedServer::giveUpRequest(response);
     }
 };
 
