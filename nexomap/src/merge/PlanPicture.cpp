@@ -3,79 +3,79 @@
 
 #include "nexomap/src/merge/PlanPicture.h"
 
+#include "nexomap/src/merge/WallDrawing.h"
+
 #include <opencv2/imgproc.hpp>
 
-#include <bitset>
 #include <cmath>
+#include <limits>
 
 namespace nexomap {
 namespace {
-constexpr double kSliceFrom_m = 0.9, kSliceBin_m = 0.05;
-constexpr int kSliceBins = 22;
-constexpr int kWallBins = 11; // of them: furniture is lower, lintels are thinner
+
+/// A bar of a round length with ticks at its ends and its length in metres, black.
+void drawScaleBar(cv::Mat& picture, const PlanRaster& raster)
+{
+    double length_m = 1.0;
+    for (const double longer : {2.0, 5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 500.0, 1000.0})
+        if (longer < 0.3 * raster.width * raster.pixel_m) length_m = longer;
+    const cv::Scalar black = cv::Scalar::all(0);
+    const int long_px = int(std::lround(length_m / raster.pixel_m));
+    const int left = std::min(24, raster.width / 10), y = raster.legend_top + 24;
+    cv::rectangle(picture, cv::Rect(left, y - 1, long_px, 2), black, cv::FILLED);
+    for (const int x : {left, left + long_px - 2})
+        cv::rectangle(picture, cv::Rect(x, y - 8, 2, 16), black, cv::FILLED);
+    cv::putText(picture, std::to_string(int(length_m)) + " m", {left + long_px + 10, y + 7},
+                cv::FONT_HERSHEY_SIMPLEX, 0.6, black, 1, cv::LINE_8);
+}
+
+/// White pixels with most of their neighbours coloured take the neighbours' mean.
+void fillHoles(cv::Mat3b& picture, const cv::Mat1f& highest)
+{
+    const float none = -std::numeric_limits<float>::infinity();
+    for (int y = 1; y + 1 < picture.rows; ++y)
+        for (int x = 1; x + 1 < picture.cols; ++x) {
+            if (highest(y, x) != none) continue;
+            int count = 0;
+            cv::Vec3i sum(0, 0, 0);
+            for (int v = y - 1; v <= y + 1; ++v)
+                for (int u = x - 1; u <= x + 1; ++u)
+                    if (highest(v, u) != none) ++count, sum += cv::Vec3i(picture(v, u));
+            if (count >= 5) picture(y, x) = sum / count;
+        }
+}
+
 } // namespace
 
 cv::Mat1b wallPlan(const CloudBlocks& cloud, const PlanRaster& raster,
                    const std::vector<PlanStation>& stations)
 {
-    std::vector<double> floors;
-    for (const PlanStation& station : stations)
-        floors.push_back(station.position.z() - (station.height_m > 0.0 ? station.height_m : 1.5));
-    std::nth_element(floors.begin(), floors.begin() + std::ptrdiff_t(floors.size() / 2), floors.end());
-    const double floor_m = floors[floors.size() / 2];
-    cv::Mat1i filled(raster.height, raster.width, 0);
-    cloud.forEachBlock([&](const CloudPoint* points, std::size_t point_count) {
-        for (std::size_t k = 0; k < point_count; ++k) {
-            const Eigen::Vector3d world = worldOf(points[k], cloud.grid());
-            const int bin = int(std::floor((world.z() - floor_m - kSliceFrom_m) / kSliceBin_m));
-            const Eigen::Vector2i pixel = raster.pixelOf(world);
-            const bool inside =
-                pixel.minCoeff() >= 0 && pixel.x() < raster.width && pixel.y() < raster.height;
-            if (inside && bin >= 0 && bin < kSliceBins) filled(pixel.y(), pixel.x()) |= 1 << bin;
-        }
-    });
-    cv::Mat1b plan(raster.height, raster.width, std::uint8_t(255));
-    // A wall's points spread over neighbouring pixels: together they fill the heights.
-    for (int y = 1; y + 1 < raster.height; ++y)
-        for (int x = 1; x + 1 < raster.width; ++x) {
-            if (!filled(y, x)) continue;
-            const int about =
-                filled(y, x) | filled(y, x - 1) | filled(y, x + 1) | filled(y - 1, x) | filled(y + 1, x);
-            if (std::bitset<32>(unsigned(about)).count() >= kWallBins) plan(y, x) = 0;
-        }
-    // Closes gaps of a pixel and takes away specks: black is 0, so the operations change places.
-    const cv::Mat square = cv::getStructuringElement(cv::MORPH_RECT, {3, 3});
-    cv::morphologyEx(plan, plan, cv::MORPH_OPEN, square);
-    cv::Mat1i labels, stats;
-    cv::Mat1d centres;
-    const cv::Mat1b black = plan == 0;
-    const int count = cv::connectedComponentsWithStats(black, labels, stats, centres);
-    const int speck = int(std::lround(0.2 / raster.pixel_m));
-    for (int y = 0; y < plan.rows; ++y)
-        for (int x = 0; x < plan.cols; ++x) {
-            const int label = labels(y, x);
-            if (label > 0 && label < count &&
-                std::max(stats(label, cv::CC_STAT_WIDTH), stats(label, cv::CC_STAT_HEIGHT)) < speck)
-                plan(y, x) = 255;
-        }
+    cv::Mat1b plan =
+        drawWalls(wallEvidence(HeightColumns(cloud, raster, stations), raster), raster, stations);
+    drawScaleBar(plan, raster);
     return plan;
 }
 
 cv::Mat3b topView(const CloudBlocks& cloud, const PlanRaster& raster)
 {
     cv::Mat3b picture(raster.height, raster.width, cv::Vec3b(255, 255, 255));
-    cv::Mat1i highest(raster.height, raster.width, -1);
+    cv::Mat1f highest(raster.height, raster.width, -std::numeric_limits<float>::infinity());
+    const Eigen::Vector3d up = raster.up();
     cloud.forEachBlock([&](const CloudPoint* points, std::size_t count) {
         for (std::size_t k = 0; k < count; ++k) {
             const CloudPoint& point = points[k];
-            const Eigen::Vector2i pixel = raster.pixelOf(worldOf(point, cloud.grid()));
+            const Eigen::Vector3d world = worldOf(point, cloud.grid());
+            const Eigen::Vector2i pixel = raster.pixelOf(world);
             if (!raster.has(pixel)) continue;
-            int& top = highest(pixel.y(), pixel.x());
-            if (int(point.at[2]) <= top) continue;
-            top = point.at[2];
+            float& top = highest(pixel.y(), pixel.x());
+            const float height = float(up.dot(world));
+            if (height <= top) continue;
+            top = height;
             picture(pixel.y(), pixel.x()) = {point.blue, point.green, point.red};
         }
     });
+    fillHoles(picture, highest);
+    drawScaleBar(picture, raster);
     return picture;
 }
 

@@ -10,11 +10,12 @@
 
 namespace nexomap {
 
-/// Walls black (0) on white (255): pixels above which most of the heights of the storey's walls are filled.
+/// Walls black (0) on white (255), with a scale bar below.
 cv::Mat1b wallPlan(const CloudBlocks& cloud, const PlanRaster& raster,
                    const std::vector<PlanStation>& stations);
 
-/// Colour of the highest point of each pixel, white where there is none. BGR.
+/// Colour of the highest point of each pixel, white where there is none, with a scale bar below. Holes of a
+/// pixel are filled. BGR.
 cv::Mat3b topView(const CloudBlocks& cloud, const PlanRaster& raster);
 
 } // namespace nexomap

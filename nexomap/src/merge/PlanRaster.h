@@ -5,7 +5,7 @@
 
 #include "nexomap/src/merge/CloudBlocks.h"
 
-#include <Eigen/Core>
+#include <Eigen/Geometry>
 
 #include <vector>
 
@@ -27,7 +27,9 @@ struct PlanRaster
     double left = 0.0, top = 0.0;                     ///< of the picture's corner along them, metres
     double pixel_m = 0.02;
     int width = 0, height = 0;
+    int legend_top = 0; ///< first row of the strip below the map, where the scale bar stands
 
+    Eigen::Vector3d up() const { return right.cross(-down); }
     /// Pixel in which a world point lies; outside the picture for points outside.
     Eigen::Vector2i pixelOf(const Eigen::Vector3d& world) const;
     bool has(const Eigen::Vector2i& pixel) const;
