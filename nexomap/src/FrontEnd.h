@@ -21,6 +21,15 @@ struct ColourPicture
     double polar_min = 0.0, polar_max = kPi;
 };
 
+/// The full sphere of a panorama's ranges, columns from azimuth +pi to -pi, rows from the upper pole.
+struct RangePicture
+{
+    cv::Mat1w steps;     ///< range along the ray in steps of unit_m; 0: no return
+    float unit_m = 0.0f; ///< metres
+
+    bool empty() const { return steps.empty(); }
+};
+
 /// Where panoramas and their relative poses come from. The library reads panorama files; tests hand in
 /// made-up ones. All may be called from several threads at once.
 struct FrontEnd
@@ -32,6 +41,10 @@ struct FrontEnd
     std::function<std::optional<PairPose>(const Panorama&, const Panorama&)> match;
     /// Colours at about 4096 pixels of width; empty: there are none better than the panorama's preview.
     std::function<ColourPicture(const Panorama&)> colours;
+    /// Ranges in full resolution, read anew; empty with one line in *error when the file is gone, holds
+    /// another panorama, has no lidar or too little of it can be read. May be null: the small maps are all
+    /// there is.
+    std::function<RangePicture(const std::string& path, const std::string& id, std::string* error)> ranges;
 };
 
 /// Reads panorama files and matches their pictures and ranges.

@@ -5,6 +5,7 @@
 
 #include "linking/pno/PnoFile.h"
 #include "nexomap/src/FrontEnd.h"
+#include "nexomap/src/RangeReading.h"
 
 #include <opencv2/imgcodecs.hpp>
 
@@ -60,7 +61,7 @@ FrontEnd panoramaFileFrontEnd()
             [](const std::string& path, std::string* error) {
                 return std::shared_ptr<const Panorama>(loadPanorama(path, error));
             },
-            matchPair, colours};
+            matchPair, colours, readRanges};
 }
 
 } // namespace nexomap

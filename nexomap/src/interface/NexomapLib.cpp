@@ -237,8 +237,14 @@ int NexomapMergePointCloud(int indoor, int outputs, int constant, int density, i
         const bool known = (indoor | 1) == 1 && (outputs | 3) == 3 && constant == 1 && density >= 0 &&
                            density <= 2 && (cloud_map | 1) == 1;
         if (!known) throw Failure(NEXOMAP_BAD_ARGUMENT, "a setting of the merge is out of range");
-        mergeGroup(model, workplace,
-                   {indoor == 1, (outputs & 1) != 0, (outputs & 2) != 0, density, cloud_map == 1});
+        MergeOptions options;
+        options.indoor = indoor == 1;
+        options.pts = (outputs & 1) != 0;
+        options.binary = (outputs & 2) != 0;
+        options.density = density;
+        options.cloud_map = cloud_map == 1;
+        for (const std::string& reason : mergeGroup(model, workplace, options))
+            tell(reason.c_str());
     });
 }
 

@@ -3,34 +3,49 @@
 
 #pragma once
 
-#include "nexomap/src/FrontEnd.h"
-#include "nexomap/src/Geometry.h"
+#include "nexomap/src/merge/SurfaceFit.h"
 
 #include <functional>
-#include <vector>
 
 namespace nexomap {
 
-/// A station as the merge sees it.
-struct MergeStation
+/// A piece of surface as a station sees it, in the panorama's frame.
+struct SurfaceSample
 {
-    const Panorama* panorama = nullptr;
-    Pose pose; ///< world_from_pano
-    Eigen::Vector3d up = Eigen::Vector3d::UnitZ();
-    double ceiling_m = 0.0; ///< above the station; 0: none found
+    Eigen::Vector3f point = Eigen::Vector3f::Zero();   ///< metres
+    Eigen::Vector3f normal = Eigen::Vector3f::UnitZ(); ///< toward the scanner
+    float range_m = 0.f;
+    float cosine = 1.f;   ///< of the angle between ray and normal
+    float area_m2 = 0.f;  ///< of the surface, that it stands for
+    bool measured = true; ///< false: interpolated
 };
 
-/// Height of the ceiling above a station: the strongest level surface well above the horizon, by its area; 0
-/// without one.
-double ceilingAbove(const Panorama& panorama, const Pose& pose, const Eigen::Vector3d& up);
+struct SamplingOptions
+{
+    double cell_m = 0.01;     ///< cells that are to be filled
+    bool interpolate = false; ///< also between measurements of one surface that lie farther apart
+};
 
-/// Calls `take` with every range cell's world point, its range and its direction in the panorama, leaving out
-/// depth edges and surfaces seen at less than 8 degrees.
-void forEachSurfacePoint(const MergeStation& station,
-                         const std::function<void(const Eigen::Vector3d& world, double range_m,
-                                                  const Eigen::Vector3d& direction)>& take);
+/// A panorama's surfaces as evenly as its ranges allow: what is near is taken from a coarser level.
+class SurfaceSampling
+{
+public:
+    using Take = std::function<void(const SurfaceSample&)>;
 
-/// Whether a world point belongs to the ceiling (or lies above it) by the nearest station that has one.
-bool isCeiling(const std::vector<MergeStation>& stations, const Eigen::Vector3d& world);
+    /// @param pyramid  must outlive the sampling
+    SurfaceSampling(const RangePyramid& pyramid, const SamplingOptions& options);
+
+    /// The picture falls into so many bands of rows, which several threads may work on at once.
+    int bands() const;
+    void forEachInBand(int band, const Take& take) const;
+
+private:
+    int levelOf(int block_column, int block_row) const;
+    void takePixel(int level, int column, int row, const Take& take) const;
+
+    const RangePyramid& m_pyramid;
+    SamplingOptions m_options;
+    std::vector<SurfaceFitter> m_fitters;
+};
 
 } // namespace nexomap
