@@ -62,8 +62,9 @@ bool writePointCloud(const QString& path, const PointCloud& cloud)
 {
     QSaveFile file(path);
     file.setDirectWriteFallback(true);
+    // Flushed by hand: what is still buffered when a QSaveFile commits may fail unseen.
     return file.open(QIODevice::WriteOnly) && writeAll(file, cloud.header().bytes.data(), kHeaderBytes) &&
-           writeAll(file, cloud.data(), cloud.dataBytes()) && file.commit();
+           writeAll(file, cloud.data(), cloud.dataBytes()) && file.flush() && file.commit();
 }
 
 } // namespace cloud
