@@ -49,7 +49,8 @@ void Tourwright::UploadConfigure()
         m_uploadManager = new UploadManager(this);
         connect(m_uploadManager->uploadButton(), &QPushButton::clicked, this, &Tourwright::Upload);
     }
-    m_uploadManager->show();
+    if (!m_uploadManager->isVisible()) return m_uploadManager->show();
+    // It may lie behind other windows.
     m_uploadManager->raise();
     m_uploadManager->activateWindow();
 }

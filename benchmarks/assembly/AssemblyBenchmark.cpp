@@ -4,10 +4,10 @@
 // What the assembled 8192 x 4096 picture costs beside decoding its tiles alone: the same JPEG tiles, already
 // in memory, decoded by bare libjpeg-turbo to a scratch tile on as many threads.
 
+#include "benchmarks/assembly/TexturedPanorama.h"
 #include "linking/pictures/PanoramaPicture.h"
 #include "linking/pno/PnoFile.h"
 #include "project/LocalText.h"
-#include "tests/support/JpegTiles.h"
 #include "tests/support/TestFiles.h"
 
 #include <QCoreApplication>
@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -32,56 +31,6 @@ constexpr int kColumns = 32;
 constexpr int kRows = 16;
 
 using pnotest::Bytes;
-
-double hash(int x, int y)
-{
-    std::uint32_t value =
-        static_cast<std::uint32_t>(x) * 374761393u + static_cast<std::uint32_t>(y) * 668265263u;
-    value = (value ^ (value >> 13)) * 1274126177u;
-    return (value ^ (value >> 16)) / 4294967296.0;
-}
-
-double smoothNoise(double x, double y)
-{
-    const int column = static_cast<int>(std::floor(x));
-    const int row = static_cast<int>(std::floor(y));
-    const double fx = x - column;
-    const double fy = y - row;
-    const double top = hash(column, row) * (1 - fx) + hash(column + 1, row) * fx;
-    const double bottom = hash(column, row + 1) * (1 - fx) + hash(column + 1, row + 1) * fx;
-    return top * (1 - fy) + bottom * fy;
-}
-
-// Detail at every scale with less of it the finer, as photographs have, and hard edges here and there.
-Bytes texturedTile(int column, int row)
-{
-    std::vector<std::uint8_t> rgb;
-    rgb.reserve(256 * 256 * 3);
-    for (int y = row * 256; y < (row + 1) * 256; ++y) {
-        for (int x = column * 256; x < (column + 1) * 256; ++x) {
-            double light = 40;
-            for (int octave = 0; octave < 7; ++octave) {
-                const double scale = 256 >> octave;
-                light += 64 * std::pow(0.62, octave) * smoothNoise(x / scale, y / scale);
-            }
-            const bool edge = smoothNoise(x / 90.0, y / 90.0) > 0.6;
-            const double warm = 30 * smoothNoise(x / 400.0, y / 400.0);
-            light += 24 * (hash(x, y) - 0.5); // the sensor's grain
-            for (const double value : {light + warm, light + (edge ? 35.0 : 0.0), light - warm})
-                rgb.push_back(static_cast<std::uint8_t>(std::clamp(value, 0.0, 255.0)));
-        }
-    }
-    return pnotest::jpegFromPixels(rgb.data(), 256, 256, 90);
-}
-
-std::string makePanorama(const pnotest::TemporaryFolder& folder)
-{
-    pnotest::PnoOptions options;
-    options.tiles = [](int level, int column, int row) {
-        return level == kLevel ? texturedTile(column, row) : Bytes{0};
-    };
-    return folder.write("assembly.pno", pnotest::panorama(options));
-}
 
 std::vector<Bytes> tilesOf(const std::string& path)
 {
@@ -136,7 +85,7 @@ int main(int argc, char** argv)
     localtext::useSystemEncoding();
     const QCoreApplication app(argc, argv);
     const pnotest::TemporaryFolder folder;
-    const std::string path = argc > 1 ? argv[1] : makePanorama(folder);
+    const std::string path = argc > 1 ? argv[1] : writeTexturedPanorama(folder, "assembly.pno");
     const std::vector<Bytes> tiles = tilesOf(path);
     if (tiles.size() != kColumns * kRows || !decodeBare(tiles)) {
         std::fprintf(stderr, "bench_assembly: %s has not all its %d JPEG tiles\n", path.c_str(),

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// Takes the pictures of the main window: imports the panoramas of a folder, links them, selects a link, adds
-// hotspots and saves what the window shows.
+// Takes the pictures of the main window: imports the panoramas of a folder, links them, selects a link, makes
+// both kinds of map, adds hotspots and saves what the window shows.
 
 #include "app/Tourwright.h"
+#include "linking/map/GenerateMap.h"
 #include "linking/NexomapLinker.h"
 #include "project/LocalText.h"
 #include "project/ProjectFolders.h"
@@ -17,6 +18,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QTableWidget>
 #include <QTabWidget>
@@ -120,6 +122,19 @@ void addHotspots(Tourwright& window, const QString& folder)
     QTest::keyClicks(find<QLineEdit>(window, "linePhotoCaption"), QStringLiteral("View to the west"));
 }
 
+// A map as the author makes one: choose its kind, press the button, select a link again.
+bool makeMap(Tourwright& window, const char* kind, const QString& picture)
+{
+    // Without lidar there is none to make.
+    if (!find<QPushButton>(window, "buttonGenMap")->isEnabled()) return true;
+    QTest::mouseClick(find<QRadioButton>(window, kind), Qt::LeftButton);
+    DialogRobot robot(&window);
+    if (!isConnected(window.project(), window.linker())) robot.press(QMessageBox::Yes);
+    click(window, "buttonGenMap");
+    selectLink(window, 1);
+    return savePicture(window, picture);
+}
+
 bool takePictures(Tourwright& window, const Order& order)
 {
     bool good = savePicture(window, order.pictures + QStringLiteral("/empty.png"));
@@ -128,6 +143,8 @@ bool takePictures(Tourwright& window, const Order& order)
     click(window, "buttonAutoGenLink");
     selectLink(window, 1);
     good = savePicture(window, order.pictures + QStringLiteral("/main-window.png")) && good;
+    good = makeMap(window, "radioMap3D", order.pictures + QStringLiteral("/map-cloud.png")) && good;
+    good = makeMap(window, "radioMap2D", order.pictures + QStringLiteral("/map-plan.png")) && good;
     find<QTabWidget>(window, "tabMain")->setCurrentIndex(1);
     const QTemporaryDir photos;
     addHotspots(window, photos.path());

@@ -55,7 +55,7 @@ struct Answer
 {
     Deed deed = Deed::Reply;
     int status = 200;
-    QByteArray body;
+    QByteArray body = "OK";
     int after_ms = 0;
 };
 

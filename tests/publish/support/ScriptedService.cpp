@@ -66,6 +66,15 @@ void ScriptedService::stop()
     if (!m_process.waitForFinished(10000)) m_process.kill();
 }
 
+void ScriptedService::clear()
+{
+    stop();
+    m_script = QJsonObject();
+    QDir folder(m_folder.filePath(QStringLiteral("requests")));
+    for (const QString& name : folder.entryList(QDir::Files))
+        folder.remove(name);
+}
+
 std::vector<SeenRequest> ScriptedService::requests() const
 {
     const QDir folder(m_folder.filePath(QStringLiteral("requests")));
