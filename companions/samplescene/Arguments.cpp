@@ -78,7 +78,7 @@ std::vector<Rule> rulesFor(Arguments& a)
         };
     };
     return {
-        {"--out", "DIR", "where the panorama files and truth.json go; made if missing",
+        {"--out", "DIR", "where all files go; made if missing",
          [&a](const std::string& v) {
              a.folder = v;
              return v.empty() ? std::string(" must name a folder") : std::string();
@@ -170,7 +170,8 @@ std::string helpText()
     std::string text =
         "Usage: samplescene --out DIR [options]\n\n"
         "Makes panorama files of a made-up building, and truth.json: where each was taken and\n"
-        "which of them see each other. Equal arguments give equal files.\n\nOptions (default):\n";
+        "which of them see each other; surfaces.ply and floorplan.json: its true surfaces and\n"
+        "walls, to compare a map with. Equal arguments give equal files.\n\nOptions (default):\n";
     for (const Rule& r : rulesFor(unused)) {
         std::string left = "  " + r.name + (r.value.empty() ? "" : " " + r.value);
         left.resize(std::max<std::size_t>(left.size() + 1, 28), ' ');

@@ -121,7 +121,7 @@ protected:
         const QString truthPath = write("truth.json", truth);
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
-        const int status = runCompare(reportPath, truthPath);
+        const int status = runCompare({reportPath, truthPath, QString()});
         output = testing::internal::GetCapturedStdout();
         errors = testing::internal::GetCapturedStderr();
         return status;
@@ -190,7 +190,8 @@ TEST_F(Compare, BadFilesAreNamed)
     EXPECT_THAT(errors, HasSubstr("\"A\" lacks"));
     EXPECT_EQ(compare("{\"panoramas\":[" + panorama("Z", "[0,0,0]") + "]}", kTruth), ExitFailed);
     EXPECT_THAT(errors, HasSubstr("no panorama in common"));
-    EXPECT_EQ(runCompare(QStringLiteral("/nowhere.json"), QStringLiteral("/nowhere.json")), ExitFailed);
+    EXPECT_EQ(runCompare({QStringLiteral("/nowhere.json"), QStringLiteral("/nowhere.json"), QString()}),
+              ExitFailed);
 }
 
 } // namespace

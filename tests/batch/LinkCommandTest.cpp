@@ -310,8 +310,6 @@ TEST(LinkOptions, WhatIsMissingOrWrongIsNamed)
         {{qs("a.pno"), qs("--work"), qs("w"), qs("--out"), qs("t"), qs("--entry=-1")}, "--entry"},
         {{qs("a.pno"), qs("--work"), qs("w"), qs("--out"), qs("t"), qs("--nonsense")}, "nonsense"},
         {{qs("a.pno"), qs("--work"), qs("w"), qs("--out")}, "out"},
-        {{qs("a.pno"), qs("--work"), qs("w"), qs("--out"), qs("t"), qs("--map"), qs("2d")},
-         "--map is not supported"},
     };
     for (const auto& wrong : cases) {
         const Parsed<LinkOptions> parsed = parseLinkOptions(wrong.arguments);
