@@ -34,8 +34,9 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 3) {
-        QTextStream(stderr) << "usage: viewer-pictures TOUR.roa FOLDER\n"
-                               "Opens the tour in the viewer and saves pictures of its window in the folder.\n";
+        QTextStream(stderr)
+            << "usage: viewer-pictures TOUR.roa FOLDER\n"
+               "Opens the tour in the viewer and saves pictures of its window in the folder.\n";
         return kUsage;
     }
     lumiscope::ViewerWindow window(asFolder(QCoreApplication::applicationDirPath()));
