@@ -14,12 +14,13 @@
 #include "views/HotSpotWidget.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSurfaceFormat>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -32,16 +33,19 @@ namespace {
 constexpr double kLimit = 1.4;
 constexpr int kRounds = 12;
 
-/// Chooses the files in the import dialog that the click opens.
+/// Chooses the files in the import dialog that the click opens, as soon as it is there.
 void import(Tourwright& window, const QStringList& files)
 {
-    QTimer::singleShot(0, &window, [&files] {
+    QTimer waiting;
+    QObject::connect(&waiting, &QTimer::timeout, [&] {
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         if (!dialog) return;
-        for (const QString& file : files)
-            dialog->selectFile(file);
-        static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
+        waiting.stop();
+        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
+            ->setText(QLatin1Char('"') + files.join(QStringLiteral("\" \"")) + QLatin1Char('"'));
+        QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
     });
+    waiting.start(10);
     window.findChild<QPushButton*>(QStringLiteral("buttonAddPano"))->click();
 }
 
@@ -92,6 +96,7 @@ int main(int argc, char** argv)
     window.resize(1366, 768);
     window.show();
     import(window, files);
+    window.findChild<QTabWidget*>(QStringLiteral("tabMain"))->setCurrentIndex(1);
     auto* list = window.findChild<QListWidget*>(QStringLiteral("listPano"));
     auto* view = window.findChild<HotSpotWidget*>(QStringLiteral("widgetPhoto"));
     if (!list || !view || list->count() != 2) {
