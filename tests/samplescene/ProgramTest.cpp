@@ -80,6 +80,8 @@ TEST(SampleSceneProgram, WritesItsFilesIntoAFolderWithSpacesAndAccents)
     std::ifstream text(out + "/truth.json");
     const auto truth = nlohmann::json::parse(text, nullptr, false);
     ASSERT_TRUE(truth.is_object());
+    EXPECT_TRUE(std::ifstream(out + "/surfaces.ply").good());
+    EXPECT_TRUE(std::ifstream(out + "/floorplan.json").good());
     EXPECT_EQ(truth["panoramas"][1]["file"], "pano-02.pno");
     EXPECT_TRUE(std::ifstream(out + "/pano-02.ppm").good());
     EXPECT_TRUE(std::ifstream(out + "/pano-02.pgm").good());
