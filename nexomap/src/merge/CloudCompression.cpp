@@ -5,142 +5,184 @@
 
 #include "nexomap/src/Failure.h"
 #include "nexomap/src/files/ByteStream.h"
-#include "nexomap/src/files/WorkingFolder.h"
+#include "nexomap/src/merge/CloudChunk.h"
 #include "nexomap/src/merge/CloudFile.h"
 
 #include <zlib.h>
-#include <zstd.h>
 
 #include <algorithm>
-#include <memory>
+#include <deque>
+#include <fstream>
+#include <future>
+#include <thread>
 
 namespace nexomap {
 namespace {
 
+namespace fs = std::filesystem;
+using Bytes = std::vector<std::uint8_t>;
+
 // Persisted: never renumber.
 constexpr char kMagic[] = "NXC1";
-constexpr std::uint32_t kVersion = 1;
-constexpr std::size_t kSealBytes =
-    4 + 4 + 8 + 8 + 4;    // magic, version, plain and packed length, CRC-32 of plain
-constexpr int kLevel = 1; // higher levels gain 2 % and take ten times as long
+constexpr std::uint32_t kVersion = 2;
+constexpr std::size_t kHeadBytes = 4 + 4 + kCloudHeaderBytes + 4; // magic, version, cloud header, CRC-32
+constexpr std::size_t kLeastChunkBytes = 4 + 1;
 
-std::uint32_t checksum(const Bytes& bytes)
+std::uint32_t checksum(const std::uint8_t* data, std::size_t size)
 {
-    uLong sum = crc32(0, nullptr, 0);
-    for (std::size_t at = 0; at < bytes.size();) {
-        const std::size_t step = std::min<std::size_t>(bytes.size() - at, 1u << 30);
-        sum = crc32(sum, bytes.data() + at, uInt(step));
-        at += step;
-    }
-    return std::uint32_t(sum);
+    return std::uint32_t(crc32(crc32(0, nullptr, 0), data, uInt(size)));
 }
 
-/// Coordinates as zig-zag differences from point to point, colours as differences from green; planes as
-/// before. Arithmetic wraps, so that any bytes come back.
-Bytes differences(const Bytes& cloud, std::size_t n)
+class Source
 {
-    Bytes out(cloud.begin(), cloud.begin() + kCloudHeaderBytes);
-    out.resize(cloud.size());
-    const std::uint8_t* in = cloud.data() + kCloudHeaderBytes;
-    std::uint8_t* to = out.data() + kCloudHeaderBytes;
-    for (int axis = 0; axis < 3; ++axis, in += 2 * n, to += 2 * n) {
-        std::uint16_t before = 0;
-        for (std::size_t i = 0; i < n; ++i) {
-            const std::uint16_t value = std::uint16_t(in[i] | in[n + i] << 8);
-            const std::uint16_t step = std::uint16_t(value - before);
-            const std::uint16_t code = std::uint16_t((step << 1) ^ (step & 0x8000 ? 0xFFFF : 0));
-            to[i] = std::uint8_t(code);
-            to[n + i] = std::uint8_t(code >> 8);
-            before = value;
-        }
+public:
+    explicit Source(const fs::path& path)
+        : m_path(path)
+        , m_file(path, std::ios::binary | std::ios::ate)
+        , m_size(m_file ? std::uint64_t(std::streamoff(m_file.tellg())) : 0)
+    {
+        if (!m_file) throw Failure(NEXOMAP_BAD_FILE, "cannot open " + path.string());
+        m_file.seekg(0);
     }
-    const std::uint8_t *blue = in, *green = in + n, *red = in + 2 * n;
-    for (std::size_t i = 0; i < n; ++i) {
-        to[i] = std::uint8_t(blue[i] - green[i]);
-        to[n + i] = std::uint8_t(green[i] - (i ? green[i - 1] : 0));
-        to[2 * n + i] = std::uint8_t(red[i] - green[i]);
+    std::uint64_t size() const { return m_size; }
+    void read(void* to, std::size_t bytes)
+    {
+        m_file.read(static_cast<char*>(to), std::streamsize(bytes));
+        if (std::size_t(m_file.gcount()) != bytes)
+            throw Failure(NEXOMAP_BAD_FILE, "cannot read " + m_path.string());
     }
-    return out;
+    void readAt(std::uint64_t offset, void* to, std::size_t bytes)
+    {
+        m_file.seekg(std::streamoff(offset));
+        read(to, bytes);
+    }
+
+private:
+    fs::path m_path;
+    std::ifstream m_file;
+    std::uint64_t m_size;
+};
+
+std::size_t chunksOf(std::uint32_t points)
+{
+    return (points + CloudChunk::kMostPoints - 1) / CloudChunk::kMostPoints;
 }
 
-Bytes sums(const Bytes& coded, std::size_t n)
+std::size_t pointsOfChunk(std::uint32_t points, std::size_t chunk)
 {
-    Bytes out(coded.begin(), coded.begin() + kCloudHeaderBytes);
-    out.resize(coded.size());
-    const std::uint8_t* in = coded.data() + kCloudHeaderBytes;
-    std::uint8_t* to = out.data() + kCloudHeaderBytes;
-    for (int axis = 0; axis < 3; ++axis, in += 2 * n, to += 2 * n) {
-        std::uint16_t value = 0;
-        for (std::size_t i = 0; i < n; ++i) {
-            const std::uint16_t code = std::uint16_t(in[i] | in[n + i] << 8);
-            value = std::uint16_t(value + std::uint16_t((code >> 1) ^ (code & 1 ? 0xFFFF : 0)));
-            to[i] = std::uint8_t(value);
-            to[n + i] = std::uint8_t(value >> 8);
-        }
-    }
-    for (std::size_t i = 0; i < n; ++i) {
-        to[n + i] = std::uint8_t(in[n + i] + (i ? to[n + i - 1] : 0));
-        to[i] = std::uint8_t(in[i] + to[n + i]);
-        to[2 * n + i] = std::uint8_t(in[2 * n + i] + to[n + i]);
-    }
-    return out;
+    return std::min<std::size_t>(CloudChunk::kMostPoints, points - chunk * CloudChunk::kMostPoints);
 }
 
-/// Unpacks as much as there is, at most `most` bytes: memory grows with what comes out, not with what a
-/// header promises.
-Bytes unpack(const std::uint8_t* data, std::size_t size, std::uint64_t most)
+/// Does `work(chunk)` for all chunks, some at a time, and meanwhile gives the results to `take` in their
+/// order.
+template <class Work, class Take>
+void inOrder(std::size_t chunks, const Work& work, const Take& take)
 {
-    const std::unique_ptr<ZSTD_DStream, decltype(&ZSTD_freeDStream)> stream(ZSTD_createDStream(),
-                                                                            ZSTD_freeDStream);
-    if (!stream) throw std::bad_alloc();
-    Bytes out;
-    Bytes chunk(ZSTD_DStreamOutSize());
-    ZSTD_inBuffer in{data, size, 0};
-    for (std::size_t left = 1; left != 0;) {
-        ZSTD_outBuffer piece{chunk.data(), chunk.size(), 0};
-        left = ZSTD_decompressStream(stream.get(), &piece, &in);
-        if (ZSTD_isError(left)) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: damaged");
-        out.insert(out.end(), chunk.begin(), chunk.begin() + std::ptrdiff_t(piece.pos));
-        if (out.size() > most || (in.pos == in.size && piece.pos == 0 && left != 0))
-            throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: of another length than it says");
+    const std::size_t workers = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
+    std::deque<std::future<decltype(work(std::size_t(0)))>> running;
+    std::size_t begun = 0;
+    for (std::size_t done = 0; done < chunks; ++done) {
+        while (begun < chunks && running.size() <= workers)
+            running.push_back(std::async(std::launch::async, work, begun++));
+        const auto result = running.front().get();
+        running.pop_front();
+        take(done, result);
     }
-    return out;
 }
 
-std::string otherEnding(const std::string& path, const std::string& from, const std::string& to)
+fs::path otherEnding(const std::string& path, const std::string& from, const std::string& to)
 {
     if (path.size() <= from.size() || path.compare(path.size() - from.size(), from.size(), from) != 0)
         throw Failure(NEXOMAP_BAD_ARGUMENT, path + ": does not end in " + from);
     return path.substr(0, path.size() - from.size()) + to;
 }
 
-std::size_t pointsOf(const Bytes& cloud)
-{
-    std::optional<std::uint32_t> points;
-    if (cloud.size() >= kCloudHeaderBytes) points = cloudPoints(cloud.data(), cloud.size());
-    if (!points) throw Failure(NEXOMAP_BAD_FILE, "not a point cloud");
-    return *points;
-}
-
 } // namespace
 
-PendingFile compressCloud(const std::filesystem::path& path, const std::filesystem::path& target)
+PendingFile compressCloud(const fs::path& cloud, const fs::path& target)
 {
-    const Bytes cloud = readFile(path);
-    const Bytes coded = differences(cloud, pointsOf(cloud));
-    Bytes packed(ZSTD_compressBound(coded.size()));
-    const std::size_t size = ZSTD_compress(packed.data(), packed.size(), coded.data(), coded.size(), kLevel);
-    if (ZSTD_isError(size)) throw Failure(NEXOMAP_INTERNAL, ZSTD_getErrorName(size));
-    packed.resize(size);
-    ByteWriter out;
-    out.putText(kMagic, 4);
-    out.put(kVersion);
-    out.put(std::uint64_t(cloud.size()));
-    out.put(std::uint64_t(packed.size()));
-    out.put(checksum(cloud));
-    out.bytes.insert(out.bytes.end(), packed.begin(), packed.end());
+    Source source(cloud);
+    std::array<std::uint8_t, kCloudHeaderBytes> header;
+    if (source.size() < header.size()) throw Failure(NEXOMAP_BAD_FILE, "not a point cloud");
+    source.read(header.data(), header.size());
+    const std::optional<std::uint32_t> points = cloudPoints(header.data(), source.size());
+    if (!points) throw Failure(NEXOMAP_BAD_FILE, "not a point cloud");
+
     PendingFile file(target);
-    file.write(out.bytes.data(), out.bytes.size());
+    ByteWriter head;
+    head.putText(kMagic, 4);
+    head.put(kVersion);
+    head.bytes.insert(head.bytes.end(), header.begin(), header.end());
+    head.put(checksum(head.bytes.data(), head.bytes.size()));
+    file.write(head.bytes.data(), head.bytes.size());
+    const auto encode = [&](std::size_t number) {
+        Source planes(cloud); // every worker reads for itself
+        CloudChunk chunk{pointsOfChunk(*points, number), {}};
+        chunk.planes.resize(CloudChunk::kPlanes * chunk.points);
+        for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
+            planes.readAt(kCloudHeaderBytes + std::uint64_t(k) * *points + number * CloudChunk::kMostPoints,
+                          chunk.plane(k), chunk.points);
+        return encodeChunk(chunk);
+    };
+    inOrder(chunksOf(*points), encode, [&](std::size_t, const Bytes& packed) {
+        ByteWriter size;
+        size.put(std::uint32_t(packed.size()));
+        file.write(size.bytes.data(), size.bytes.size());
+        file.write(packed.data(), packed.size());
+    });
+    file.close();
+    return file;
+}
+
+PendingFile decompressCloud(const fs::path& compressed, const fs::path& target)
+{
+    Source source(compressed);
+    std::array<std::uint8_t, kHeadBytes> head;
+    if (source.size() < head.size()) throw Failure(NEXOMAP_BAD_FILE, "not a compressed point cloud");
+    source.read(head.data(), head.size());
+    ByteReader in(head.data(), head.size());
+    const bool ours = in.getText(4) == kMagic && in.get<std::uint32_t>() == kVersion;
+    ByteReader seal(head.data() + head.size() - 4, 4);
+    if (!ours || seal.get<std::uint32_t>() != checksum(head.data(), head.size() - 4))
+        throw Failure(NEXOMAP_BAD_FILE, "not a compressed point cloud");
+    const std::uint8_t* const header = head.data() + 8;
+    ByteReader count(header + 48, 4);
+    const std::uint32_t points = count.get<std::uint32_t>();
+    const std::size_t chunks = chunksOf(points);
+    std::uint64_t left = source.size() - head.size();
+    if (!cloudPoints(header, kCloudHeaderBytes + CloudChunk::kPlanes * std::uint64_t(points)) ||
+        left < chunks * kLeastChunkBytes)
+        throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
+
+    // Where each chunk stands, before anything is written.
+    std::vector<std::pair<std::uint64_t, std::uint32_t>> places;
+    std::uint64_t at = head.size();
+    for (std::size_t k = 0; k < chunks; ++k) {
+        std::array<std::uint8_t, 4> bytes;
+        if (left < bytes.size()) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
+        source.readAt(at, bytes.data(), bytes.size());
+        ByteReader size(bytes.data(), bytes.size());
+        places.emplace_back(at + 4, size.get<std::uint32_t>());
+        left -= 4;
+        if (places.back().second > left) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
+        left -= places.back().second;
+        at += 4 + std::uint64_t(places.back().second);
+    }
+    if (left != 0) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: longer than it says");
+
+    PendingFile file(target);
+    file.write(header, kCloudHeaderBytes);
+    const auto decode = [&](std::size_t number) {
+        Source chunk(compressed);
+        Bytes packed(places[number].second);
+        chunk.readAt(places[number].first, packed.data(), packed.size());
+        return decodeChunk(packed, pointsOfChunk(points, number));
+    };
+    inOrder(chunks, decode, [&](std::size_t number, const CloudChunk& chunk) {
+        for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
+            file.writeAt(kCloudHeaderBytes + std::uint64_t(k) * points + number * CloudChunk::kMostPoints,
+                         chunk.plane(k), chunk.points);
+    });
     file.close();
     return file;
 }
@@ -152,21 +194,7 @@ void compressCloudFile(const std::string& path)
 
 void decompressCloudFile(const std::string& path)
 {
-    const std::string target = otherEnding(path, ".cld", ".tmp");
-    const Bytes bytes = readFile(path);
-    ByteReader in(bytes.data(), bytes.size());
-    if (bytes.size() < kSealBytes || in.getText(4) != kMagic || in.get<std::uint32_t>() != kVersion)
-        throw Failure(NEXOMAP_BAD_FILE, "not a compressed point cloud");
-    const std::uint64_t plain = in.get<std::uint64_t>();
-    if (in.get<std::uint64_t>() != bytes.size() - kSealBytes)
-        throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
-    const std::uint32_t sum = in.get<std::uint32_t>();
-    const Bytes coded = unpack(bytes.data() + kSealBytes, bytes.size() - kSealBytes, plain);
-    if (coded.size() != plain)
-        throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: of another length than it says");
-    const Bytes cloud = sums(coded, pointsOf(coded));
-    if (checksum(cloud) != sum) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: damaged");
-    writeFile(target, cloud);
+    decompressCloud(path, otherEnding(path, ".cld", ".tmp")).finish();
 }
 
 } // namespace nexomap

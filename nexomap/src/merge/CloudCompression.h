@@ -9,15 +9,18 @@
 
 namespace nexomap {
 
-/// "X.tmp" (a point cloud of a 56-byte header and nine byte planes) to "X.cld": differences of neighbouring
-/// points in byte planes, packed by Zstandard, with a checked header. Lossless to the byte for any file.
+/// A point cloud of a 56-byte header and nine byte planes, chunk by chunk. Lossless to the byte for any
+/// points in any order; small for points in Morton order. Holds some chunks, never the cloud; the result does
+/// not depend on how many threads work at it.
 /// @param cloud  the file to compress, under whatever name
 /// @return the compressed file, not yet under its name
-/// @throws Failure
+/// @throws Failure(NEXOMAP_BAD_FILE, NEXOMAP_CANNOT_WRITE)
 [[nodiscard]] PendingFile compressCloud(const std::filesystem::path& cloud,
                                         const std::filesystem::path& target);
+[[nodiscard]] PendingFile decompressCloud(const std::filesystem::path& compressed,
+                                          const std::filesystem::path& target);
 
-/// The same by the rule of the names.
+/// "X.tmp" to "X.cld" and back.
 /// @param path  local 8-bit encoding, ending in ".tmp" (compress) or ".cld" (decompress)
 /// @throws Failure
 void compressCloudFile(const std::string& path);

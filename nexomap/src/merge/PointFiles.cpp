@@ -96,11 +96,13 @@ PendingFile writePts(const fs::path& path, const SurfaceBlocks& surface)
 PendingFile writePts(const fs::path& path, const CloudBlocks& cloud)
 {
     const PtsText text;
+    const Eigen::Vector3d origin = cloud.grid().originMetres();
+    const double steps = cloud.grid().stepsPerMetre(), steps_z = cloud.grid().stepsPerMetreZ();
     return writePoints<CloudPoint>(path, countLine(cloud.size()), cloud, PtsText::kMostBytes,
                                    [&](char* to, const CloudPoint& p) {
-                                       const Eigen::Vector3d world = worldOf(p, cloud.grid());
-                                       for (int axis = 0; axis < 3; ++axis)
-                                           to = text.putMetres(to, world[axis]);
+                                       to = text.putMetres(to, (p.at[0] + 0.5) / steps - origin.x());
+                                       to = text.putMetres(to, (p.at[1] + 0.5) / steps - origin.y());
+                                       to = text.putMetres(to, (p.at[2] + 0.5) / steps_z - origin.z());
                                        return text.putColour(to, p.red, p.green, p.blue);
                                    });
 }

@@ -36,6 +36,9 @@ char* PtsText::putMetres(char* to, double metres) const
     const std::uint64_t whole = size / 10000;
     if (whole < 10) {
         *to++ = char('0' + whole);
+    } else if (whole < 100) {
+        std::memcpy(to, m_four[whole].text + 2, 2);
+        to += 2;
     } else {
         to = std::to_chars(to, to + 20, whole).ptr;
     }

@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/merge/CloudChunk.h"
+
+#include "nexomap/src/Failure.h"
+#include "nexomap/src/merge/OctreeCode.h"
+
+#include <zstd.h>
+
+#include <memory>
+#include <new>
+
+namespace nexomap {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Persisted: never renumber.
+constexpr std::uint8_t kDifferences = 0, kOctree = 1;
+constexpr std::size_t kTrailerBytes = 5; // the number of trees, then which of the two
+constexpr std::size_t kColours = 3, kCoordinates = 6;
+// Hardly anything repeats in differences: looking for repetitions costs time and, with a larger table, even
+// bytes. What counts is the coding of single bytes.
+constexpr int kLevel = 1, kHashLog = 8;
+
+/// Two zero bits between the bits of a byte, and back by four bits of each coordinate at once.
+struct MortonTables
+{
+    std::array<std::uint32_t, 256> spread{};
+    std::array<std::uint32_t, 4096> gathered{}; ///< bits 0 to 3 of x, y, z in bytes 0, 1, 2
+    MortonTables()
+    {
+        for (std::uint32_t n = 0; n < 256; ++n)
+            for (std::uint32_t bit = 0; bit < 8; ++bit)
+                spread[n] |= (n >> bit & 1) << (3 * bit);
+        for (std::uint32_t n = 0; n < 4096; ++n)
+            for (std::uint32_t bit = 0; bit < 12; ++bit)
+                gathered[n] |= (n >> bit & 1) << (8 * (bit % 3) + bit / 3);
+    }
+};
+
+const MortonTables& morton()
+{
+    static const MortonTables tables;
+    return tables;
+}
+
+std::vector<std::uint64_t> mortonKeys(const CloudChunk& chunk)
+{
+    const MortonTables& t = morton();
+    const std::uint8_t *xl = chunk.plane(0), *xh = chunk.plane(1), *yl = chunk.plane(2), *yh = chunk.plane(3),
+                       *zl = chunk.plane(4), *zh = chunk.plane(5);
+    std::vector<std::uint64_t> keys(chunk.points);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const std::uint32_t low = t.spread[xl[i]] | t.spread[yl[i]] << 1 | t.spread[zl[i]] << 2;
+        const std::uint32_t high = t.spread[xh[i]] | t.spread[yh[i]] << 1 | t.spread[zh[i]] << 2;
+        keys[i] = low | std::uint64_t(high) << 24;
+    }
+    return keys;
+}
+
+void putKeys(const std::vector<std::uint64_t>& keys, CloudChunk& chunk)
+{
+    const MortonTables& t = morton();
+    std::array<std::uint8_t*, kCoordinates> to;
+    for (std::size_t k = 0; k < kCoordinates; ++k)
+        to[k] = chunk.plane(k);
+    for (std::size_t i = 0; i < chunk.points; ++i) {
+        const std::uint64_t key = keys[i];
+        const std::uint32_t low = t.gathered[key & 4095] | t.gathered[key >> 12 & 4095] << 4;
+        const std::uint32_t high = t.gathered[key >> 24 & 4095] | t.gathered[key >> 36 & 4095] << 4;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            to[2 * axis][i] = std::uint8_t(low >> (8 * axis));
+            to[2 * axis + 1][i] = std::uint8_t(high >> (8 * axis));
+        }
+    }
+}
+
+/// Planes blue, green, red as differences of green and of what the others are more than green.
+void encodeColours(const CloudChunk& chunk, std::uint8_t* to)
+{
+    const std::size_t n = chunk.points;
+    const std::uint8_t *blue = chunk.plane(6), *green = chunk.plane(7), *red = chunk.plane(8);
+    std::uint8_t *more_blue = to, *step = to + n, *more_red = to + 2 * n;
+    for (std::size_t i = 0; i < n; ++i) {
+        const std::size_t before = i ? i - 1 : 0;
+        const int b = i ? blue[before] - green[before] : 0, g = i ? green[before] : 0,
+                  r = i ? red[before] - green[before] : 0;
+        more_blue[i] = std::uint8_t(blue[i] - green[i] - b);
+        step[i] = std::uint8_t(green[i] - g);
+        more_red[i] = std::uint8_t(red[i] - green[i] - r);
+    }
+}
+
+void decodeColours(const std::uint8_t* from, CloudChunk& chunk)
+{
+    const std::size_t n = chunk.points;
+    std::uint8_t *blue = chunk.plane(6), *green = chunk.plane(7), *red = chunk.plane(8);
+    unsigned b = 0, g = 0, r = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        b += from[i];
+        g += from[n + i];
+        r += from[2 * n + i];
+        blue[i] = std::uint8_t(b + g);
+        green[i] = std::uint8_t(g);
+        red[i] = std::uint8_t(r + g);
+    }
+}
+
+/// Coordinates as zig-zag differences from point to point. Arithmetic wraps, so that any bytes come back.
+void encodeDifferences(const CloudChunk& chunk, std::uint8_t* to)
+{
+    const std::size_t n = chunk.points;
+    for (std::size_t axis = 0; axis < 3; ++axis, to += 2 * n) {
+        const std::uint8_t *low = chunk.plane(2 * axis), *high = chunk.plane(2 * axis + 1);
+        std::uint16_t before = 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            const auto value = std::uint16_t(low[i] | high[i] << 8);
+            const auto step = std::uint16_t(value - before);
+            const auto code = std::uint16_t((step << 1) ^ (step & 0x8000 ? 0xFFFF : 0));
+            to[i] = std::uint8_t(code);
+            to[n + i] = std::uint8_t(code >> 8);
+            before = value;
+        }
+    }
+}
+
+void decodeDifferences(const std::uint8_t* from, CloudChunk& chunk)
+{
+    const std::size_t n = chunk.points;
+    for (std::size_t axis = 0; axis < 3; ++axis, from += 2 * n) {
+        std::uint8_t *low = chunk.plane(2 * axis), *high = chunk.plane(2 * axis + 1);
+        std::uint16_t value = 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            const auto code = std::uint16_t(from[i] | from[n + i] << 8);
+            value = std::uint16_t(value + std::uint16_t((code >> 1) ^ (code & 1 ? 0xFFFF : 0)));
+            low[i] = std::uint8_t(value);
+            high[i] = std::uint8_t(value >> 8);
+        }
+    }
+}
+
+Bytes packed(const Bytes& plain)
+{
+    const std::unique_ptr<ZSTD_CCtx, decltype(&ZSTD_freeCCtx)> context(ZSTD_createCCtx(), ZSTD_freeCCtx);
+    if (!context) throw std::bad_alloc();
+    ZSTD_CCtx_setParameter(context.get(), ZSTD_c_compressionLevel, kLevel);
+    ZSTD_CCtx_setParameter(context.get(), ZSTD_c_strategy, ZSTD_fast);
+    ZSTD_CCtx_setParameter(context.get(), ZSTD_c_hashLog, kHashLog);
+    ZSTD_CCtx_setParameter(context.get(), ZSTD_c_checksumFlag, 1);
+    Bytes out(ZSTD_compressBound(plain.size()));
+    const std::size_t size =
+        ZSTD_compress2(context.get(), out.data(), out.size(), plain.data(), plain.size());
+    if (ZSTD_isError(size)) throw std::bad_alloc(); // nothing else can go wrong with room for the worst case
+    out.resize(size);
+    return out;
+}
+
+[[noreturn]] void refuse()
+{
+    throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: damaged");
+}
+
+} // namespace
+
+Bytes encodeChunk(const CloudChunk& chunk)
+{
+    const std::size_t n = chunk.points;
+    Bytes plain((kColours + kCoordinates) * n);
+    encodeColours(chunk, plain.data());
+    std::vector<std::uint64_t> keys = mortonKeys(chunk);
+    OctreeCode octree;
+    const bool as_octree = encodeOctree(keys, kCoordinates * n, &octree);
+    if (as_octree) {
+        plain.resize(kColours * n);
+        plain.insert(plain.end(), octree.nodes.begin(), octree.nodes.end());
+    } else {
+        encodeDifferences(chunk, plain.data() + kColours * n);
+        octree.trees = 0;
+    }
+    for (int shift = 0; shift < 32; shift += 8)
+        plain.push_back(std::uint8_t(octree.trees >> shift));
+    plain.push_back(as_octree ? kOctree : kDifferences);
+    return packed(plain);
+}
+
+CloudChunk decodeChunk(const Bytes& packed, std::size_t points)
+{
+    // The longest that encodeChunk writes: no length is taken from the file.
+    Bytes plain((kColours + kCoordinates) * points + kTrailerBytes);
+    const std::size_t size = ZSTD_decompress(plain.data(), plain.size(), packed.data(), packed.size());
+    if (ZSTD_isError(size) || size < kColours * points + kTrailerBytes) refuse();
+    const std::uint8_t* const trailer = plain.data() + size - kTrailerBytes;
+    std::uint32_t trees = 0;
+    for (int k = 3; k >= 0; --k)
+        trees = trees << 8 | trailer[k];
+    const std::uint8_t* const coordinates = plain.data() + kColours * points;
+    const std::size_t bytes = std::size_t(trailer - coordinates);
+
+    CloudChunk chunk{points, Bytes(CloudChunk::kPlanes * points)};
+    decodeColours(plain.data(), chunk);
+    if (trailer[4] == kOctree) {
+        std::vector<std::uint64_t> keys;
+        if (!decodeOctree(trees, coordinates, bytes, points, &keys)) refuse();
+        putKeys(keys, chunk);
+    } else {
+        if (trailer[4] != kDifferences || bytes != kCoordinates * points) refuse();
+        decodeDifferences(coordinates, chunk);
+    }
+    return chunk;
+}
+
+} // namespace nexomap

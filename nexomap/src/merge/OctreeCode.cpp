@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/merge/OctreeCode.h"
+
+#include <array>
+
+namespace nexomap {
+namespace {
+
+constexpr std::uint64_t kTree = std::uint64_t(1)
+                                << (3 * kOctreeLevels); // trees are told apart above the keys
+
+/// Replaces ascending keys by those of their parents and writes a byte for each.
+std::size_t fold(std::uint64_t* keys, std::size_t count, std::uint8_t* nodes)
+{
+    std::size_t parents = 0;
+    std::uint64_t parent = keys[0] >> 3;
+    unsigned children = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        // No branches: whether a key has the same parent as the last one cannot be foreseen.
+        const std::uint64_t own = keys[i] >> 3;
+        const bool same = own == parent;
+        parents += !same;
+        children = (same ? children : 0u) | 1u << (keys[i] & 7);
+        nodes[parents] = std::uint8_t(children);
+        keys[parents] = own;
+        parent = own;
+    }
+    return parents + 1;
+}
+
+/// For each byte the numbers of its set bits, and how many they are.
+struct Children
+{
+    std::array<std::array<std::uint8_t, 8>, 256> number{};
+    std::array<std::uint8_t, 256> count{};
+    Children()
+    {
+        for (unsigned byte = 0; byte < 256; ++byte)
+            for (unsigned bit = 0; bit < 8; ++bit)
+                if (byte >> bit & 1) number[byte][count[byte]++] = std::uint8_t(bit);
+    }
+};
+
+} // namespace
+
+bool encodeOctree(std::vector<std::uint64_t>& keys, std::size_t most_bytes, OctreeCode* code)
+{
+    code->trees = 0;
+    code->nodes.clear();
+    if (keys.empty()) return true;
+    std::uint64_t before = 0, tree = 0;
+    for (std::uint64_t& key : keys) {
+        const std::uint64_t own = key;
+        tree += code->trees == 0 ? 0 : own <= before ? kTree : 0;
+        code->trees = std::uint32_t(tree / kTree) + 1;
+        before = own;
+        key = own | tree;
+    }
+    if (code->trees > kMostOctrees) return false;
+
+    std::vector<std::uint8_t> level(keys.size());
+    std::array<std::vector<std::uint8_t>, kOctreeLevels> levels;
+    std::size_t count = keys.size(), bytes = 0;
+    for (std::size_t k = kOctreeLevels; k-- > 0;) {
+        count = fold(keys.data(), count, level.data());
+        bytes += count;
+        if (bytes > most_bytes) return false;
+        levels[k].assign(level.begin(), level.begin() + std::ptrdiff_t(count));
+    }
+    code->nodes.reserve(bytes);
+    for (const std::vector<std::uint8_t>& nodes : levels)
+        code->nodes.insert(code->nodes.end(), nodes.begin(), nodes.end());
+    return true;
+}
+
+bool decodeOctree(std::uint32_t trees, const std::uint8_t* nodes, std::size_t size, std::size_t count,
+                  std::vector<std::uint64_t>* keys)
+{
+    static const Children children;
+    if (trees > count || trees > kMostOctrees || (trees == 0) != (count == 0)) return false;
+    std::vector<std::uint64_t> parents(count + 8);
+    keys->resize(count + 8);
+    for (std::uint32_t tree = 0; tree < trees; ++tree)
+        (*keys)[tree] = tree;
+    std::size_t known = trees;
+    for (int level = 0; level < kOctreeLevels && known; ++level) {
+        if (size < known) return false;
+        parents.swap(*keys);
+        std::uint64_t* to = keys->data();
+        const std::uint64_t* const end = to + count;
+        for (std::size_t i = 0; i < known; ++i) {
+            const std::uint8_t byte = nodes[i];
+            // An empty node would let the tree shrink, a full one may run over the end.
+            if (byte == 0 || std::size_t(end - to) < children.count[byte]) return false;
+            const std::uint64_t first = parents[i] << 3;
+            for (unsigned bit = 0; bit < 8; ++bit) // all eight: cheaper than to ask how many
+                to[bit] = first | children.number[byte][bit];
+            to += children.count[byte];
+        }
+        nodes += known;
+        size -= known;
+        known = std::size_t(to - keys->data());
+    }
+    return known == count && size == 0;
+}
+
+} // namespace nexomap
