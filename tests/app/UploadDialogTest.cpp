@@ -81,7 +81,8 @@ TEST_F(UploadDialog, TheTabKeyWalksThroughItInOrder)
     openDialog();
     dialog()->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(dialog()));
-    QTest::mouseClick(inDialog<QLineEdit>("lineAccount"), Qt::LeftButton);
+    inDialog<QLineEdit>("lineAccount")->setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return inDialog<QLineEdit>("lineAccount")->hasFocus(); }));
     for (const char* next : {"linePw", "lineAlbumName", "buttonUpload", "buttonCancel"}) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         ASSERT_NE(QApplication::focusWidget(), nullptr);

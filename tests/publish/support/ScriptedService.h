@@ -42,7 +42,9 @@ public:
     void misbehave(const char* path, const char* deed, const QString& body = QString());
 
     void start();
-    void stop();                          ///< from now on connections are refused
+    void stop(); ///< from now on connections are refused
+    /// Stops it and forgets script and requests, for another start on another port.
+    void clear();
     QString url() const { return m_url; } ///< "http://127.0.0.1:PORT/"
 
     /// All requests so far, in order.
