@@ -85,6 +85,21 @@ public:
         return steps_ms;
     }
 
+    /// Frames of a view at rest.
+    std::vector<double> frames()
+    {
+        std::vector<double> frames_ms;
+        for (int i = 0; i < kRounds; ++i) {
+            m_seen = m_painted = -1;
+            QElapsedTimer timer;
+            timer.start();
+            m_view->update();
+            if (!waitFor([this] { return m_seen >= 0; })) give_up("no frame");
+            frames_ms.push_back(milliseconds(timer));
+        }
+        return frames_ms;
+    }
+
     double opening_ms = 0.0;
     double sharp_ms = 0.0;
 
@@ -131,13 +146,15 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: bench_viewer TOUR.roa\n");
         return 2;
     }
-    std::vector<double> openings, sharps, steps, assemblies;
+    std::vector<double> openings, sharps, steps, frames, assemblies;
     for (int round = 0; round < kRounds; ++round) {
         Visit visit(arguments[1]);
         openings.push_back(visit.opening_ms);
         sharps.push_back(visit.sharp_ms);
         for (const double step : visit.walk())
             steps.push_back(step);
+        for (const double frame : visit.frames())
+            frames.push_back(frame);
         const auto entry = static_cast<std::size_t>(visit.tour().entry);
         assemblies.push_back(assembly_ms(visit.tour().stations[entry].node.file_path));
     }

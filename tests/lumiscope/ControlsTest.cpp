@@ -5,8 +5,12 @@
 
 #include "tests/lumiscope/support/ViewerTest.h"
 
+#include "linking/NexomapLinker.h"
+#include "views/cloud/PointCloudFile.h"
+
 #include <QToolButton>
 
+#include <array>
 #include <cmath>
 
 using namespace lumiscope;
@@ -121,6 +125,57 @@ TEST_F(Controls, TheMapShowsThePlanWithThePlacesOfItsStations)
     const QPointF kitchen = *map()->placeOf(1);
     EXPECT_TRUE(sameColour(picture.pixelColor(kitchen.toPoint()), QColor(43, 140, 255), 30));
     EXPECT_TRUE(sameColour(picture.pixelColor((kitchen + QPointF(20, -20)).toPoint()), Qt::white));
+}
+
+TEST_F(Controls, TheMapShowsACloudFromAbove)
+{
+    // 10 x 8 metres at 100 steps a metre, floor green, a red block above it at x 3 to 4, y -2 to -1.
+    cloud::Header header;
+    header.setField(0, 20000); // the scene begins at x -2
+    header.setField(4, 50000); // and y -5
+    header.setField(12, 1);
+    header.setField(20, 1000);
+    header.setField(24, 800);
+    header.setField(32, 1);
+    header.setField(36, 1);
+    std::vector<std::array<unsigned, 4>> points;
+    for (unsigned x = 0; x < 1000; x += 2)
+        for (unsigned y = 0; y < 800; y += 2) {
+            const bool block = x >= 500 && x < 600 && y >= 300 && y < 400;
+            if (block) points.push_back({x, y, 200, 1});
+            points.push_back({x, y, 0, 0});
+        }
+    header.setPoints(static_cast<std::uint32_t>(points.size()));
+    cloud::PointCloud cloud;
+    ASSERT_TRUE(cloud.allocate(header));
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        for (std::size_t k = 0; k < 3; ++k) {
+            cloud.plane(2 * k)[i] = static_cast<std::uint8_t>(points[i][k] % 256);
+            cloud.plane(2 * k + 1)[i] = static_cast<std::uint8_t>(points[i][k] / 256);
+        }
+        cloud.plane(6)[i] = 0;
+        cloud.plane(7)[i] = points[i][3] ? 0 : 200;
+        cloud.plane(8)[i] = points[i][3] ? 200 : 0;
+    }
+    const QString file = made.path(QStringLiteral("A-00000000.tmp"));
+    ASSERT_TRUE(cloud::writePointCloud(file, cloud));
+    ASSERT_EQ(NexomapLinker(QStringLiteral(TW_PROGRAMS "/")).compressCloud(file), 0);
+    for (const auto& node : made.project.panoramas)
+        node->plan_src = made.path(QStringLiteral("A-00000000.cld"));
+
+    open(made.save());
+    ASSERT_TRUE(waitFor([&] { return !map()->sheet().picture.isNull(); }));
+    const MapSheet& sheet = map()->sheet();
+    const QPointF hall = *sheet.places[0]; // at the world's origin: 2 m from the left, 3 m from the top
+    EXPECT_NEAR(hall.x() / sheet.size.width(), 0.2, 0.005);
+    EXPECT_NEAR(hall.y() / sheet.size.height(), 3.0 / 8.0, 0.005);
+    // A point stands at every other pixel.
+    const auto at = [&](double x, double y) {
+        return sheet.picture.pixelColor(sheet.fit.pixel({x, y}).toPoint() / 2 * 2);
+    };
+    EXPECT_EQ(at(3.5, -1.5), QColor(200, 0, 0)); // what is higher hides what is below
+    EXPECT_EQ(at(5.5, -1.5), QColor(0, 200, 0));
+    EXPECT_NEAR(std::remainder(map()->coneAngle() + heading(), 2 * sphere::kPi), 0.0, 1e-9);
 }
 
 TEST_F(Controls, AClickOnAStationOfTheMapGoesThere)

@@ -28,6 +28,9 @@ struct MapPicture
 /// A plan picture in bounded memory.
 MapPicture planPicture(const QString& plan, const QString& path);
 
+/// A point-cloud file from above. Its picture is null when it cannot be shown.
+MapPicture cloudPicture(const QString& plan, const QString& path);
+
 } // namespace lumiscope
 
 Q_DECLARE_METATYPE(lumiscope::MapPicture)

@@ -161,7 +161,12 @@ private:
 
     void tellMap(const QString& name, const QString& path)
     {
-        Q_EMIT m_loader.mapReady(planPicture(name, path));
+        if (!path.endsWith(QLatin1String(".cld")))
+            return void(Q_EMIT m_loader.mapReady(planPicture(name, path)));
+        NexomapLinker(m_application).decompressCloud(path);
+        const QString cloud = path.chopped(4) + QStringLiteral(".tmp");
+        Q_EMIT m_loader.mapReady(cloudPicture(name, cloud));
+        QFile::remove(cloud);
     }
 
     TourLoader& m_loader;

@@ -11,7 +11,7 @@ using namespace lumiscope;
 
 void ViewerTest::openAnything(const QString& path)
 {
-    window = std::make_unique<ViewerWindow>(QCoreApplication::applicationDirPath() + QLatin1Char('/'));
+    window = std::make_unique<ViewerWindow>(QStringLiteral(TW_PROGRAMS "/"));
     view = find<WalkView>("view");
     window->resize(900, 600);
     window->show();
