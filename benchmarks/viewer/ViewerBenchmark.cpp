@@ -21,6 +21,7 @@
 
 namespace {
 
+constexpr int kVisits = 3;
 constexpr int kRounds = 5;
 constexpr int kPatience_ms = 120000;
 constexpr double kLimitOfOpening = 1.5;
@@ -147,7 +148,7 @@ int main(int argc, char** argv)
         return 2;
     }
     std::vector<double> openings, sharps, steps, frames, assemblies;
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < kVisits; ++round) {
         Visit visit(arguments[1]);
         openings.push_back(visit.opening_ms);
         sharps.push_back(visit.sharp_ms);
