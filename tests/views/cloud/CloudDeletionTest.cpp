@@ -67,8 +67,10 @@ TEST_F(CloudDeletion, TheBoxedPointsGoAndTheFileHoldsTheOthers)
     EXPECT_TRUE(Probe::boxMode(*view));
     EXPECT_EQ(Probe::selection(*view), QRect(-1, -1, 0, 0));
     EXPECT_EQ(Probe::camera(*view).zoom, 0.8);
-    const QImage picture = frame().copy(QRect(kFrom + QPoint(2, 2), kTo - QPoint(2, 2)));
-    EXPECT_EQ(countOf(picture, Qt::black), picture.width() * picture.height());
+    const QImage picture = frame();
+    const int scale = qRound(picture.devicePixelRatio());
+    const QImage inside = picture.copy(QRect((kFrom + QPoint(2, 2)) * scale, (kTo - QPoint(2, 2)) * scale));
+    EXPECT_EQ(countOf(inside, Qt::black), inside.width() * inside.height());
 }
 
 TEST_F(CloudDeletion, ABoxDrawnFromBottomRightToTopLeftDeletesTheSamePoints)

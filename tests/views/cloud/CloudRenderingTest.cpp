@@ -186,6 +186,11 @@ TEST_F(CloudRendering, AboveZoom07TheThinnedPointsAreDrawnFirstThenAll)
     };
     const QColor sixth(128, 64, 32), alone(0, 0, 200), allSix(128 ^ 16, 64 ^ 16, 32 ^ 16);
 
+    // The sixth is not among the thinned: it would lie below them, were they drawn last.
+    const QImage plain = frame({0, 0, 1, 1, 1, 0});
+    EXPECT_EQ(countOf(plain, sixth), 1);
+    EXPECT_EQ(countOf(plain, QColor(16, 16, 16)), 0);
+
     const QImage twice = xored(1.0);
     EXPECT_EQ(countOf(twice, sixth), 1); // the five before it are drawn in both passes
     EXPECT_EQ(countOf(twice, alone), 0);
