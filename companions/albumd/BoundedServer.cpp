@@ -66,6 +66,12 @@ void BoundedServer::stopSoon(int grace_ms)
         shutDown(socket);
 }
 
+std::size_t BoundedServer::connections()
+{
+    const std::lock_guard<std::mutex> guard(m_lock);
+    return m_connections.size();
+}
+
 void BoundedServer::giveUpRequest(httplib::Response& response)
 {
     response.set_header("Connection", "close");
@@ -123,11 +129,14 @@ void BoundedServer::serve(socket_t socket, BoundedStream& stream)
         const bool goesOn = setBusy(socket, true);
         stream.beginRequest();
         bool closed = false;
+        bool headRead = false;
         const bool answered =
             process_request(stream, left == 1 || !goesOn, closed, [&](httplib::Request& request) {
+                headRead = true;
                 stream.endHead();
                 request.ranges.clear(); // nothing here is worth a piece of it
             });
+        if (!headRead) stream.giveUp(); // nobody knows where a next request would begin
         if (!answered || closed || !goesOn || stream.givenUp()) return;
     }
 }

@@ -28,6 +28,9 @@ public:
     /// them off. `listen_after_bind` returns after it.
     void stopSoon(int grace_ms);
 
+    /// Open ones that a thread looks after.
+    std::size_t connections();
+
     /// From a handler: the rest of this request stays unread; the connection ends with the reply.
     static void giveUpRequest(httplib::Response& response);
 

@@ -7,7 +7,6 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTcpSocket>
@@ -45,6 +44,7 @@ protected:
         Client fresh(service.port());
         fresh.token = client.token;
         EXPECT_THAT(fresh.listed(), ElementsAre(a));
+        EXPECT_EQ(service.terminate(), 0) << "it ends what is under way";
         QDir above(service.dataFolder());
         const QString own = above.dirName();
         above.cdUp();
@@ -149,10 +149,9 @@ TEST_F(Hostile, LengthsThatNobodyCanMeanAreRefusedBeforeTheBody)
         EXPECT_THAT(exchange(postHead("/upload", "Content-Length: ") + length + "\r\n\r\n"),
                     StartsWith("HTTP/1.1 4"))
             << length;
-    for (const char* more :
-         {"Content-Length: -1\r\n\r\n", "Content-Length: 5x\r\n\r\nhello", "Content-Length: \r\n\r\n",
-          "Content-Length: 5\r\nContent-Length: 6\r\n\r\nhello!",
-          "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n\r\nhello"})
+    for (const char* more : {"Content-Length: -1\r\n\r\n", "Content-Length: 5x\r\n\r\nhello",
+                             "Content-Length: 5\r\nContent-Length: 6\r\n\r\nhello!",
+                             "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n\r\nhello"})
         EXPECT_THAT(exchange(postHead("/upload", more)), StartsWith("HTTP/1.1 400")) << more;
     EXPECT_THAT(exchange(postHead("/set_albumpano_location", "Content-Length: 1000000\r\n\r\n")),
                 StartsWith("HTTP/1.1 413"));
@@ -202,24 +201,6 @@ TEST_F(Hostile, HeadsWithoutMeasureAreCutOff)
     EXPECT_THAT(exchange("GET /web/main.js HTTP/1.1\r\nConnection: close\r\nRange: bytes=" +
                          QByteArray("0-1,").repeated(1900) + "2-3\r\n\r\n"),
                 StartsWith("HTTP/1.1 "));
-}
-
-TEST_F(Hostile, WhoSendsTooSlowlyIsCutOff)
-{
-    const auto head = connected();
-    const auto body = connected();
-    body->write(postHead("/upload", "Content-Length: 1000000\r\n\r\nbeginning"));
-    body->flush();
-    QElapsedTimer clock;
-    clock.start();
-    // One byte a time, each when the one before has gone: a head that never ends.
-    while (head->state() == QAbstractSocket::ConnectedState && clock.elapsed() < kWait_ms) {
-        head->write("G");
-        head->waitForReadyRead(1000);
-    }
-    EXPECT_LT(clock.elapsed(), kWait_ms);
-    rest(*body);
-    EXPECT_NE(body->state(), QAbstractSocket::ConnectedState);
 }
 
 TEST_F(Hostile, AnUploadThatBreaksOffIsNotListed)
