@@ -4,6 +4,8 @@
 // Panoramas and their true poses, from a folder.
 #include "benchmarks/linking/TruthSet.h"
 
+#include "benchmarks/linking/PanoramaCache.h"
+
 #include <nlohmann/json.hpp>
 
 #include <chrono>
@@ -19,7 +21,7 @@ RigidPose TruthSet::relative(const Pair& pair) const
     return {pano_0_from_world.R * second.R, pano_0_from_world * second.t};
 }
 
-std::optional<TruthSet> readTruthSet(const std::string& folder)
+std::optional<TruthSet> readTruthSet(const std::string& folder, const TruthSetOptions& options)
 {
     std::ifstream file(folder + "/truth.json");
     const nlohmann::json truth = nlohmann::json::parse(file, nullptr, false);
@@ -32,11 +34,16 @@ std::optional<TruthSet> readTruthSet(const std::string& folder)
         const auto start = std::chrono::steady_clock::now();
         for (const auto& entry : truth.at("panoramas")) {
             std::string error;
-            set.panoramas.push_back(loadPanorama(folder + "/" + entry.at("file").get<std::string>(), &error));
+            set.panoramas.push_back(
+                cachedPanorama(options.cache, folder + "/" + entry.at("file").get<std::string>(), &error,
+                               [](const std::string& path, std::string* reason) {
+                                   return std::shared_ptr<const Panorama>(loadPanorama(path, reason));
+                               }));
             if (!set.panoramas.back()) {
                 std::fprintf(stderr, "%s\n", error.c_str());
                 return std::nullopt;
             }
+            if (options.pictures_alone) set.panoramas.back() = withoutRange(set.panoramas.back());
             const auto position = entry.at("position").get<std::array<double, 3>>();
             const auto rotation = entry.at("rotation").get<std::array<double, 9>>();
             RigidPose pose;

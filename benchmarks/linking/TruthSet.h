@@ -17,7 +17,7 @@ struct TruthSet
         double covisible = 0.0; ///< share of what one sees that the other sees too, mean of both
         bool sees = false;      ///< a free line between the two
     };
-    std::vector<std::unique_ptr<nexomap::Panorama>> panoramas;
+    std::vector<std::shared_ptr<const nexomap::Panorama>> panoramas;
     std::vector<nexomap::RigidPose> world_from_pano;
     std::vector<Pair> pairs;
     double load_seconds = 0.0;
@@ -25,5 +25,11 @@ struct TruthSet
     nexomap::RigidPose relative(const Pair& pair) const; ///< of index_1 in index_0
 };
 
+struct TruthSetOptions
+{
+    bool pictures_alone = false; ///< leave the ranges out
+    std::string cache;           ///< folder that keeps what was read of each panorama; empty: none
+};
+
 /// @return nullopt with a line on standard error
-std::optional<TruthSet> readTruthSet(const std::string& folder);
+std::optional<TruthSet> readTruthSet(const std::string& folder, const TruthSetOptions& options = {});

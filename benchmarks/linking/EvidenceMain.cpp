@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// The evidence for every pair's pose beside whether it is right, as a table: what reliability is fitted to.
+#include "benchmarks/linking/TruthSet.h"
+#include "nexomap/src/pair/PairSolver.h"
+#include "nexomap/src/pair/Sphere.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <thread>
+
+using namespace nexomap;
+
+namespace {
+
+constexpr char kUsage[] =
+    "bench_evidence [--pictures-alone] [--cache DIR] FOLDER...\n"
+    "Prints one line of comma-separated values for each pair of panoramas in the folders (panorama\n"
+    "files and a truth.json) for which a pose was found, good or bad.\n";
+
+std::string line(const TruthSet& set, const std::string& name, const TruthSet::Pair& pair)
+{
+    const Panorama& p0 = *set.panoramas[std::size_t(pair.index_0)];
+    const Panorama& p1 = *set.panoramas[std::size_t(pair.index_1)];
+    const bool swapped = p1.id < p0.id; // as the library orders them
+    const Panorama &first = swapped ? p1 : p0, &second = swapped ? p0 : p1;
+    Evidence e;
+    const auto solved = solvePair(first, second, matchFeatures(first, second), &e);
+    if (!solved) return {};
+    const PairPose pose = swapped ? inverted(*solved) : *solved;
+    const RigidPose truth = set.relative(pair);
+    const double turn = Eigen::AngleAxisd(pose.R_0_from_1.transpose() * truth.R).angle() / kDegree;
+    const double shift = (pose.t_0_from_1 - truth.t).norm(), apart = truth.t.norm();
+    const double off =
+        std::atan2(pose.t_0_from_1.cross(truth.t).norm(), pose.t_0_from_1.dot(truth.t)) / kDegree;
+    const bool right = turn < 1.0 && (pose.rotation_only ? apart < 0.2
+                                      : pose.metric      ? shift < 0.1
+                                                         : off < 5.0);
+    char text[512];
+    std::snprintf(text, sizeof text,
+                  "%s,%d,%d,%.4f,%.3f,%d,%d,%d,%.3f,%.2f,%.4f,%d,%d,%d,%.4f,%.4f,%.3f,%.3f,%d,%.2f,%.3f,%.3f,"
+                  "%.3f,%d,%.4f,%.4f\n",
+                  name.c_str(), pair.index_0, pair.index_1, pair.covisible, apart, int(right),
+                  int(pose.metric), int(pose.rotation_only), turn, pose.metric ? shift * 100.0 : off,
+                  pose.reliability, e.inliers, e.cells, e.outside, e.inlier_share, e.second_share,
+                  e.lean / kDegree, e.rms, e.guided, e.chance, e.elevation / kDegree,
+                  e.direction_sigma / kDegree, e.floor_step_m, e.ranges.samples, e.ranges.agree,
+                  e.ranges.violation);
+    return text;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    TruthSetOptions options;
+    std::vector<std::string> folders;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--pictures-alone")
+            options.pictures_alone = true;
+        else if (argument == "--cache" && i + 1 < argc)
+            options.cache = argv[++i];
+        else if (argument.rfind("--", 0) == 0)
+            return std::fputs(kUsage, stdout), argument == "--help" ? 0 : 2;
+        else
+            folders.push_back(argument);
+    }
+    if (folders.empty()) return std::fputs(kUsage, stderr), 2;
+    std::puts(
+        "set,a,b,covisible,apart_m,right,metric,rotation_only,turn_deg,off,reliability,inliers,cells,outside,"
+        "inlier_share,second_share,lean_deg,rms,guided,chance,elevation_deg,direction_sigma_deg,floor_step_m,"
+        "samples,agree,violation");
+    for (const std::string& folder : folders) {
+        const auto set = readTruthSet(folder, options);
+        if (!set) return 1;
+        std::vector<std::string> lines(set->pairs.size());
+        std::atomic<std::size_t> next{0};
+        const auto work = [&] {
+            for (std::size_t k = next++; k < lines.size(); k = next++)
+                lines[k] = line(*set, folder, set->pairs[k]);
+        };
+        std::thread helper(work);
+        work();
+        helper.join();
+        for (const std::string& text : lines)
+            std::fputs(text.c_str(), stdout);
+    }
+    return 0;
+}

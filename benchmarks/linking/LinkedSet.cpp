@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// A made-up building through the linking library, with what happens pair by pair written down on the way.
+#include "benchmarks/linking/LinkedSet.h"
+
+#include "benchmarks/linking/PanoramaCache.h"
+#include "nexomap/include/NexomapLib.h"
+#include "nexomap/src/interface/Library.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <mutex>
+
+using namespace nexomap;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+Pair ordered(int a, int b)
+{
+    return {std::min(a, b), std::max(a, b)};
+}
+
+RigidPose poseOf(const double* position, const double* rotation)
+{
+    RigidPose pose;
+    pose.t = Eigen::Map<const Eigen::Vector3d>(position);
+    pose.R = Eigen::Map<const Eigen::Matrix<double, 3, 3, Eigen::RowMajor>>(rotation);
+    return pose;
+}
+
+struct Description
+{
+    std::vector<std::string> files, ids;
+    std::map<std::string, int> index;
+    LinkedSet set;
+};
+
+/// @throws nlohmann::json::exception
+Description describe(const std::string& folder)
+{
+    Description description;
+    description.set.name = folder.substr(folder.find_last_of('/') + 1);
+    std::ifstream file(folder + "/truth.json");
+    const nlohmann::json truth = nlohmann::json::parse(file);
+    for (const auto& entry : truth.at("panoramas")) {
+        description.files.push_back(folder + "/" + entry.at("file").get<std::string>());
+        description.ids.push_back(entry.at("id"));
+        description.index[description.ids.back()] = int(description.ids.size()) - 1;
+        const auto position = entry.at("position").get<std::array<double, 3>>();
+        const auto rotation = entry.at("rotation").get<std::array<double, 9>>();
+        description.set.truth.push_back(poseOf(position.data(), rotation.data()));
+    }
+    for (const auto& entry : truth.at("pairs")) {
+        LinkedSet::Sight sight;
+        sight.covisible = 0.5 * (entry.at("share0").get<double>() + entry.at("share1").get<double>());
+        sight.distance_m = entry.at("distance");
+        sight.sees = entry.at("sees");
+        description.set.sights[ordered(entry.at("panorama0"), entry.at("panorama1"))] = sight;
+    }
+    return description;
+}
+
+/// The library's own front end, with ears.
+FrontEnd recordingFrontEnd(const LinkSetOptions& options, const std::map<std::string, int>& index,
+                           std::map<Pair, PairPose>* measured)
+{
+    FrontEnd front_end = panoramaFileFrontEnd();
+    front_end.load = [options, load = front_end.load](const std::string& path, std::string* error) {
+        const auto panorama = cachedPanorama(options.cache, path, error, load);
+        return panorama && options.pictures_alone ? withoutRange(panorama) : panorama;
+    };
+    front_end.match = [&index, measured, match = front_end.match,
+                       lock = std::make_shared<std::mutex>()](const Panorama& p0, const Panorama& p1) {
+        auto pose = match(p0, p1);
+        const int a = index.at(p0.id), b = index.at(p1.id);
+        const std::lock_guard<std::mutex> guard(*lock);
+        if (pose && a < b) measured->emplace(Pair(a, b), *pose);
+        return pose;
+    };
+    return front_end;
+}
+
+void readBack(Description& description)
+{
+    LinkedSet& set = description.set;
+    set.found.resize(set.truth.size());
+    set.group.resize(set.truth.size());
+    for (int k = 0; k < NexomapGetPanoNodeNum(); ++k) {
+        char name[16], plan[256];
+        double position[3], rotation[9];
+        int x = 0, y = 0;
+        NexomapGetPanoNodeParasB(name, position, position + 1, position + 2, rotation, &x, &y, plan, k);
+        set.found[std::size_t(description.index.at(name))] = poseOf(position, rotation);
+    }
+    for (std::size_t n = 0; n < set.group.size(); ++n)
+        set.group[n] = int(n);
+    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
+        char name_0[16], name_1[16];
+        double v[8];
+        LinkedSet::Link link;
+        NexomapGetPanoMatchParas(name_0, name_1, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7,
+                                 &link.mode, &link.reliability, k);
+        const Pair pair = ordered(description.index.at(name_0), description.index.at(name_1));
+        set.links[pair] = link;
+        const int from = set.group[std::size_t(pair.second)], to = set.group[std::size_t(pair.first)];
+        std::replace(set.group.begin(), set.group.end(), from, to);
+    }
+}
+
+} // namespace
+
+std::optional<LinkedSet> linkSet(const std::string& folder, const LinkSetOptions& options)
+{
+    Description description;
+    try {
+        description = describe(folder);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s/truth.json: %s\n", folder.c_str(), error.what());
+        return std::nullopt;
+    }
+    LinkedSet& set = description.set;
+    setFrontEnd(recordingFrontEnd(options, description.index, &set.measured));
+    bool usable = NexomapInit(options.work.c_str(), 0) == NEXOMAP_OK;
+    const auto adding = Clock::now();
+    for (const std::string& path : description.files)
+        usable = usable && NexomapAddNode(path.c_str()) == NEXOMAP_OK;
+    set.add_seconds = secondsSince(adding);
+    const auto finishing = Clock::now();
+    usable = usable && NexomapFinishAddNode() == NEXOMAP_OK;
+    set.finish_seconds = secondsSince(finishing);
+    if (!usable) {
+        std::fprintf(stderr, "%s: cannot be linked; NEXOMAP_VERBOSE=1 tells why\n", folder.c_str());
+        return std::nullopt;
+    }
+    readBack(description);
+    for (const auto& [pair, pose] : set.measured)
+        set.ranged = set.ranged || pose.metric;
+    NexomapClean();
+    return set;
+}

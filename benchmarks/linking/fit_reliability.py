@@ -1,0 +1,136 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The Tourwright developers
+# SPDX-License-Identifier: MIT
+"""Fits the reliability of poses from pictures alone to evidence with known truth.
+
+Usage: bench_evidence --pictures-alone SET... > evidence.csv; fit_reliability.py evidence.csv
+
+Logistic regression with a ridge on the features below, which nexomap/src/pair/Reliability.cpp computes alike.
+Prints the table of weights for that file and, leaving out one set at a time, how stated and true reliability
+compare on sets that the fit did not see. Weights whose sign would contradict their meaning (more support must
+not make a pose less likely) are held at zero.
+"""
+import csv
+import math
+import sys
+
+# name, value of a row, sign that the weight must have
+FEATURES = [
+    ("log of the inliers", lambda r: math.log(min(float(r["inliers"]), 150.0)), 1),
+    ("occupied cells", lambda r: min(float(r["cells"]), 14.0), 1),
+    ("log of those outside the densest 25 degrees", lambda r: math.log1p(min(float(r["outside"]), 100.0)), 1),
+    ("inlier share", lambda r: min(float(r["inlier_share"]), 0.5), 1),
+    ("second pose's share", lambda r: float(r["second_share"]), -1),
+    ("elevation beyond 1.5 degrees", lambda r: min(max(0.0, abs(float(r["elevation_deg"])) - 1.5), 15.0), -1),
+    ("log of the direction's deviation", lambda r: math.log(max(0.03, min(float(r["direction_sigma_deg"]), 3.0))), -1),
+    ("lean beyond 1 degree", lambda r: min(max(0.0, float(r["lean_deg"]) - 1.0), 5.0), -1),
+]
+FEWEST = 20  # inliers; a pose with fewer is not believed
+
+
+def solve(matrix, right):
+    """Gauss elimination with pivoting."""
+    rows = [list(line) + [value] for line, value in zip(matrix, right)]
+    size = len(rows)
+    for k in range(size):
+        pivot = max(range(k, size), key=lambda i: abs(rows[i][k]))
+        rows[k], rows[pivot] = rows[pivot], rows[k]
+        for i in range(size):
+            if i != k:
+                share = rows[i][k] / rows[k][k]
+                rows[i] = [u - share * v for u, v in zip(rows[i], rows[k])]
+    return [rows[k][size] / rows[k][k] for k in range(size)]
+
+
+def logistic(z):
+    return 1.0 / (1.0 + math.exp(-max(-30.0, min(30.0, z))))
+
+
+def newton(x, y, used, ridge):
+    """Weights of the used features, the constant last."""
+    columns = list(used) + [len(FEATURES)]
+    w = [0.0] * (len(FEATURES) + 1)
+    for _ in range(40):
+        gradient = [ridge * w[k] if k < len(FEATURES) else 0.0 for k in columns]
+        hessian = [[(ridge if a == b and a < len(FEATURES) else 1e-9 * (a == b)) for b in columns] for a in columns]
+        for row, target in zip(x, y):
+            values = [row[k] if k < len(FEATURES) else 1.0 for k in columns]
+            p = logistic(sum(w[k] * v for k, v in zip(columns, values)))
+            for a, u in enumerate(values):
+                gradient[a] += (p - target) * u
+                for b, v in enumerate(values):
+                    hessian[a][b] += p * (1.0 - p) * u * v
+        step = solve(hessian, gradient)
+        for k, s in zip(columns, step):
+            w[k] -= s
+        if max(abs(s) for s in step) < 1e-8:
+            break
+    return w
+
+
+def fit(x, y, ridge=0.5):
+    """Weights of the plain features, and the constant."""
+    count = len(FEATURES)
+    mean = [sum(row[k] for row in x) / len(x) for k in range(count)]
+    spread = [math.sqrt(sum((row[k] - mean[k]) ** 2 for row in x) / len(x)) + 1e-9 for k in range(count)]
+    scaled = [[(row[k] - mean[k]) / spread[k] for k in range(count)] for row in x]
+    used = list(range(count))
+    while True:
+        w = newton(scaled, y, used, ridge)
+        against = [k for k in used if w[k] * FEATURES[k][2] < 0.0]
+        if not against:
+            break
+        used.remove(max(against, key=lambda k: abs(w[k])))
+    plain = [w[k] / spread[k] for k in range(count)]
+    return plain, w[count] - sum(p * m for p, m in zip(plain, mean))
+
+
+def stated(row, fitted):
+    weights, constant = fitted
+    return logistic(sum(w * v for w, v in zip(weights, row)) + constant)
+
+
+def calibration(p, y, bins=10):
+    error, lines = 0.0, []
+    for b in range(bins):
+        here = [k for k in range(len(p)) if min(int(p[k] * bins), bins - 1) == b]
+        if here:
+            said, true = sum(p[k] for k in here), sum(y[k] for k in here)
+            lines.append(f"  {said / len(here):.3f} stated, {true / len(here):.3f} true, {len(here)} pairs")
+            error += abs(said - true)
+    return error / len(p), lines
+
+
+def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    rows = []
+    for path in sys.argv[1:]:
+        with open(path, encoding="utf-8") as file:
+            rows += [r for r in csv.DictReader(file)
+                     if r["metric"] == "0" and r["rotation_only"] == "0" and int(r["inliers"]) >= FEWEST]
+    x = [[f[1](r) for f in FEATURES] for r in rows]
+    y = [float(r["right"]) for r in rows]
+    sets = [r["set"] for r in rows]
+    p = [0.0] * len(y)
+    for name in sorted(set(sets)):
+        fitted = fit([v for v, s in zip(x, sets) if s != name], [v for v, s in zip(y, sets) if s != name])
+        for k, s in enumerate(sets):
+            if s == name:
+                p[k] = stated(x[k], fitted)
+    error, lines = calibration(p, y)
+    print(f"{len(y)} pairs of {len(set(sets))} sets, each judged by the fit to the others; "
+          f"expected calibration error {error:.3f}")
+    print("\n".join(lines))
+    for bound in (0.5, 0.9):
+        right = sum(v for q, v in zip(p, y) if q >= bound)
+        print(f"at {bound} and more: {right:.0f} of {sum(y):.0f} right ones, "
+              f"{sum(q >= bound for q in p) - right:.0f} wrong")
+    weights, constant = fit(x, y)
+    print(f"constexpr double kConstant = {constant:.4f};")
+    for (name, _, _), w in zip(FEATURES, weights):
+        print(f"    {w:.4f}, // {name}")
+
+
+if __name__ == "__main__":
+    main()
