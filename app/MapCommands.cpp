@@ -58,7 +58,8 @@ void Tourwright::showMapStep(const MapStep& step)
         statusBar()->showMessage(tr("Merging the point clouds, which may take minutes"));
         break;
     case Kind::Merged:
-        return showNewestMap();
+        showPlanPicture(newestMatchPicture(m_project));
+        return showNewestCloud();
     case Kind::HandingOut:
         statusBar()->showMessage(tr("Writing the map files into %1").arg(m_project.folders.output));
         break;
@@ -68,9 +69,8 @@ void Tourwright::showMapStep(const MapStep& step)
     QCoreApplication::processEvents();
 }
 
-void Tourwright::showNewestMap()
+void Tourwright::showNewestCloud()
 {
-    showPlanPicture(newestMatchPicture(m_project));
     const QString cloud = newestCloud(m_project);
     if (!cloud.isEmpty()) m_ui->widgetPntCloud->LoadPointCloud(cloud);
 }
@@ -88,6 +88,7 @@ void Tourwright::pointCloudRewritten(const QString& path)
 
 void Tourwright::showPlanPicture(const QString& path)
 {
+    if (path.isEmpty()) return; // no picture is there to show
     // Plans come from tour files as well, where a few bytes can claim a picture that no memory holds.
     constexpr qint64 kMostPixels = qint64(1) << 28;
     QImageReader reader(path);

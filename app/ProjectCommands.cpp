@@ -117,7 +117,8 @@ void Tourwright::readFrom(const QString& path)
 {
     PlanViews views;
     views.showPicture = [this](const QString& picture) { showPlanPicture(picture); };
-    views.showCloud = [this](const QString& cloud) { m_ui->widgetPntCloud->LoadPointCloud(cloud); };
+    // What the library has made of the compressed cloud is the newest one, whatever its name.
+    views.showCloud = [this](const QString&) { showNewestCloud(); };
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const OpenResult result = openTour(m_project, *m_linker, path, views);
     QApplication::restoreOverrideCursor();

@@ -123,7 +123,7 @@ private:
 
     // Map
     void showMapStep(const MapStep& step);
-    void showNewestMap();
+    void showNewestCloud();
     void showPlanPicture(const QString& path);
 
     // Hotspots

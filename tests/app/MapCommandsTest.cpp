@@ -315,6 +315,7 @@ TEST_F(MapCommandsInTheWindow, CompletedLinksStandInTheTableBeforeTheMerge)
 TEST_F(MapCommandsInTheWindow, PosesAndPlansOfTheMapAreReadBack)
 {
     linkRooms(2);
+    linker->nodesB.clear();
     linker->nodes = {nodeAt(identity(0), 3, 4, 5)};
     linker->nodes[0].plan_center_x = 30;
     linker->nodes[0].plan_center_y = 40;
@@ -464,6 +465,7 @@ TEST_F(MapCommandsInTheWindow, LinkingAgainAndANewTourEmptyTheCloudView)
 TEST_F(MapCommandsInTheWindow, AnOpenedTourWithACloudShowsIt)
 {
     linkRooms(2);
+    linker->nodesB.clear();
     linker->nodes = {nodeAt(identity(0), 3, 4, 5)};
     linker->nodes[0].plan_center_x = linker->nodes[0].plan_center_y = 7;
     qstrncpy(linker->nodes[0].plan_name, "a-00000000.cld", sizeof linker->nodes[0].plan_name);
