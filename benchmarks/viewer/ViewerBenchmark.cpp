@@ -165,7 +165,8 @@ int main(int argc, char** argv)
     std::printf("ratio %.2f (limit %.1f)\n", median(openings) / assembly, kLimitOfOpening);
     std::printf(
         "a step to a neighbour loaded ahead: %.0f ms to its first sharp frame, slowest of %zu: %.0f ms"
-        " (limit %.0f)\n",
-        median(steps), steps.size(), *std::max_element(steps.begin(), steps.end()), kLimitOfWalk_ms);
+        " (limit %.0f); a frame at rest: %.0f ms\n",
+        median(steps), steps.size(), *std::max_element(steps.begin(), steps.end()), kLimitOfWalk_ms,
+        median(frames));
     return 0;
 }
