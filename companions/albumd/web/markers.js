@@ -7,8 +7,8 @@ import {element} from "./message.js";
 import {texts} from "./texts.js";
 
 const RING = 112; // pixels across, seen from above
-const LEAST_WIDTH = 36;
-const LEAST_HEIGHT = 14;
+const LEAST_WIDTH = 48;
+const LEAST_HEIGHT = 19;
 
 function ringSize(polar) {
     const c = Math.max(Math.cos(Math.PI - polar), 0);
