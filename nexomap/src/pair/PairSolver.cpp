@@ -9,6 +9,7 @@
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 
 namespace nexomap {
@@ -29,6 +30,24 @@ bool standsStill(const Correspondence& match, const PairPose& identity)
     if (!match.ranged()) return false;
     const RigidPose pose{identity.R_0_from_1, identity.t_0_from_1};
     return (pose * match.point_1() - match.point_0()).norm() < 5.0 * pointTolerance(match);
+}
+
+/// Whoever walks along with the camera stands about the same way in every picture's own frame.
+bool mayBeCarried(const Eigen::Vector3d& bearing_0, const Eigen::Vector3d& bearing_1)
+{
+    constexpr double kSway = 20.0 * kDegree;
+    return (bearing_0 - bearing_1).squaredNorm() < std::pow(2.0 * std::sin(0.5 * kSway), 2);
+}
+
+/// Whether a pose rests on one thing that may have been carried along: a person, a stand, a bag.
+bool restsOnCompany(const PairPose& pose, const Evidence& evidence)
+{
+    constexpr int kAllAround = 10; // cells of 30 degrees: what panoramas with the same heading share
+    if (evidence.cells >= kAllAround) return false;
+    std::size_t carried = 0;
+    for (const PairInlier& inlier : pose.inliers)
+        carried += mayBeCarried(inlier.bearing_0.cast<double>(), inlier.bearing_1.cast<double>());
+    return 10 * carried > 7 * pose.inliers.size();
 }
 
 std::optional<PairPose> solveEither(const Panorama& p0, const Panorama& p1,
@@ -65,6 +84,13 @@ std::optional<PairPose> solvePair(const Panorama& panorama_0, const Panorama& pa
         *evidence = {};
         pose = solveEither(panorama_0, panorama_1, moving, evidence);
         if (pose && nearIdentity(*pose)) pose = std::nullopt;
+    }
+    if (pose && restsOnCompany(*pose, *evidence)) {
+        std::vector<Correspondence> others;
+        for (const Correspondence& match : matches)
+            if (!mayBeCarried(match.bearing_0, match.bearing_1)) others.push_back(match);
+        *evidence = {};
+        pose = solveEither(panorama_0, panorama_1, others, evidence);
     }
     if (pose) pose->matches = int(matches.size());
     return pose;

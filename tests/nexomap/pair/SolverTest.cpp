@@ -4,6 +4,7 @@
 #include "nexomap/src/pair/BearingRansac.h"
 #include "nexomap/src/pair/BearingRefinement.h"
 #include "nexomap/src/pair/MetricRansac.h"
+#include "nexomap/src/pair/PairSolver.h"
 #include "nexomap/src/pair/Sphere.h"
 #include "nexomap/src/pair/UprightSolver.h"
 
@@ -174,4 +175,29 @@ TEST(BearingRefinement, InformationKnowsNothingAlongTheBaseline)
     Eigen::Matrix<double, 6, 1> along = Eigen::Matrix<double, 6, 1>::Zero();
     along.tail<3>() = refined.pose.R.transpose() * refined.pose.t;
     EXPECT_NEAR(along.dot(refined.information * along), 0.0, 1e-6 * refined.information.norm());
+}
+
+TEST(PairSolver, APersonBesideTheCameraDoesNotSetThePose)
+{
+    Made scene = made(80, 0.25, 0.0, 11);
+    // Behind the camera in both pictures, a step aside and turned a little, with more features than the room.
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> width(-0.25, 0.25), height(-1.4, 0.15);
+    const RigidPose sway{headingRotation(0.14), {0.06, -0.04, 0.0}};
+    for (int i = 0; i < 110; ++i) {
+        const Eigen::Vector3d p1 =
+            headingRotation(2.7) * Eigen::Vector3d(0.9 + 0.3 * width(random), width(random), height(random));
+        const Eigen::Vector3d p0 = sway * p1;
+        scene.matches.push_back({p0.normalized(), p1.normalized(), 0.0, 0.0, 0});
+    }
+    for (Correspondence& match : scene.matches)
+        match.range_0 = match.range_1 = 0.0;
+    Panorama first, second;
+    first.id = "A";
+    second.id = "B";
+    Evidence evidence;
+    const auto pose = solvePair(first, second, scene.matches, &evidence);
+    ASSERT_TRUE(pose);
+    EXPECT_LT(turned_deg(pose->R_0_from_1, scene.pose.R), 0.5);
+    EXPECT_GT(pose->t_0_from_1.dot(scene.pose.t.normalized()), 0.999);
 }
