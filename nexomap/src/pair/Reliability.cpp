@@ -9,9 +9,12 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <utility>
 
 namespace nexomap {
 namespace {
+
+constexpr int kFewestBearings = 20; // inliers
 
 double logistic(double z)
 {
@@ -82,24 +85,32 @@ double metricReliability(const Evidence& e)
 
 double bearingReliability(const Evidence& e)
 {
-    if (e.inliers < 24) return 0.0;
-    double z = 0.12 * (std::min(e.inliers, 80) - 40) + 0.5 * (std::min(e.cells, 10) - 5) +
-               8.0 * (std::min(e.inlier_share, 0.5) - 0.15);
-    z = std::min(z, 5.0);
-    // All in one small window: the pose may swing about it.
-    z -= 0.5 * std::max(0, 6 - e.outside) * (e.inliers < 60 ? 1.0 : 0.3);
-    z -= std::max(0.0, e.direction_sigma / kDegree - 1.5);
-    // Stairs exist, but a station far above or below is mostly a false pose.
-    z -= 0.6 * std::max(0.0, std::abs(e.elevation) / kDegree - 4.0);
-    z -= 8.0 * std::max(0.0, e.second_share - 0.4);
-    z -= std::max(0.0, e.lean / kDegree - 3.0);
+    if (e.inliers < kFewestBearings) return 0.0;
+    // Weights by benchmarks/linking/fit_reliability.py from the evidence of made-up buildings, plain ones,
+    // with people beside the camera and with rooms furnished alike among them; docs/LINKING.md has the curve.
+    // The numbers of inliers and of the cells that they occupy got no weight: what repeats makes as many of
+    // them.
+    constexpr double kConstant = -4.4716;
+    const double elevation_deg = std::abs(e.elevation) / kDegree, sigma_deg = e.direction_sigma / kDegree;
+    const std::pair<double, double> terms[] = {
+        {0.1352, std::log1p(std::min(e.outside, 100))},        // outside the densest 25 degrees
+        {-1.0722, e.second_share},                             // second pose's share
+        {-0.3550, std::clamp(elevation_deg - 1.5, 0.0, 15.0)}, // elevation beyond 1.5 degrees
+        {-2.2156, std::log(std::clamp(sigma_deg, 0.03, 3.0))}, // log of the direction's deviation
+    };
+    double z = kConstant;
+    for (const auto& [weight, value] : terms)
+        z += weight * value;
+    z -= std::max(0.0, e.lean / kDegree - 3.0); // the buildings' cameras all stood upright
     return logistic(z);
 }
 
 double rotationReliability(const Evidence& e)
 {
     if (e.inliers < 24) return 0.0;
-    return logistic(0.12 * (std::min(e.inliers, 80) - 36) + 0.4 * (std::min(e.cells, 10) - 5) +
+    // Seen from one place everything matches, all around; one thing that was carried along fills a few cells.
+    const double all_around = 1.5 * std::max(0, 10 - e.cells);
+    return logistic(-all_around + 0.12 * (std::min(e.inliers, 80) - 36) + 0.4 * (std::min(e.cells, 10) - 5) +
                     8.0 * (std::min(e.inlier_share, 0.5) - 0.2));
 }
 
