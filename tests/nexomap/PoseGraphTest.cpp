@@ -4,6 +4,7 @@
 // The pose graph on made-up graphs whose truth is known.
 
 #include "nexomap/src/graph/PoseGraph.h"
+#include "nexomap/src/graph/CyclePruning.h"
 #include "tests/nexomap/MadeUpTour.h"
 
 #include <gtest/gtest.h>
@@ -182,6 +183,77 @@ TEST(PoseGraph, WithoutScaleAndFloorTheMedianSpacingIsTwo)
     std::sort(truths.begin(), truths.end());
     EXPECT_NEAR(spacings[spacings.size() / 2], 2.0, 1e-6);
     expectPoses(tour, solution, 0, 0.3, 0.3, truths[truths.size() / 2] / 2.0);
+}
+
+TEST(PoseGraph, TwoWrongEdgesThatAgreeDoNotCutTheRightBridgeBetweenThem)
+{
+    // Station 3 stands in the twin of the room of 4 and 5, and matches them as if it stood there.
+    MadeUpTour tour;
+    const double places[][2] = {{0, 0}, {3, 0}, {6, 0}, {6, 3}, {0, 3}, {-3, 3}};
+    for (const auto& place : places)
+        tour.add(place[0], place[1], 0.4 * place[0]);
+    MadeUpTour folded = tour;
+    folded.stations[3].pose.t.x() -= 3.4;
+    struct Seen
+    {
+        int a, b;
+        double reliability;
+        bool wrong;
+    };
+    const Seen seen[] = {{0, 1, 0.997, false}, {0, 4, 0.997, false}, {0, 5, 0.99, false},
+                         {1, 2, 0.997, false}, {1, 3, 0.997, false}, {1, 4, 0.996, false},
+                         {2, 3, 0.98, false},  {3, 4, 0.74, true},   {3, 5, 0.996, true},
+                         {4, 5, 0.997, false}};
+    Graph graph;
+    for (const Seen& pair : seen) {
+        graph.poses.push_back((pair.wrong ? folded : tour).pairPose(pair.a, pair.b));
+        graph.poses.back().reliability = pair.reliability;
+    }
+    for (std::size_t k = 0; k < graph.poses.size(); ++k)
+        graph.edges.push_back({seen[k].a, seen[k].b, &graph.poses[k], false});
+    const GraphSolution solution = graph.solve(6);
+    for (std::size_t k = 0; k < graph.poses.size(); ++k)
+        EXPECT_EQ(solution.kept[k] != 0, !seen[k].wrong) << seen[k].a << "-" << seen[k].b;
+    expectPoses(tour, solution, 0, 0.1, 0.02);
+}
+
+TEST(CyclePruning, WithoutScaleASideThatPointsElsewhereIsCutThoughItTurnsRightly)
+{
+    MadeUpTour tour = grid(3);
+    tour.lidar = false;
+    Graph graph = graphOf(tour);
+    const std::size_t wrong = 4;
+    PairPose& pose = graph.poses[wrong];
+    pose.t_0_from_1 = rotationAboutZ(1.2) * pose.t_0_from_1;
+    pose.reliability = 0.9;
+    std::vector<char> kept(graph.edges.size(), 1);
+    pruneCycles(9, graph.edges, kept);
+    for (std::size_t e = 0; e < kept.size(); ++e)
+        EXPECT_EQ(kept[e] != 0, e != wrong) << graph.edges[e].i << "-" << graph.edges[e].j;
+}
+
+TEST(PoseGraph, WithoutScaleADoubtfulEdgeJoinsNoPartsUnlessATriangleConfirmsIt)
+{
+    MadeUpTour tour;
+    tour.lidar = false;
+    tour.add(0, 0, 0);
+    tour.add(3, 0, 1);
+    tour.add(1, 3, 2);
+    const auto joined = [&](double reliability, bool third) {
+        Graph graph;
+        const std::pair<int, int> pairs[] = {{0, 1}, {0, 2}, {1, 2}};
+        for (int k = 0; k < (third ? 3 : 1); ++k) {
+            graph.poses.push_back(tour.pairPose(pairs[k].first, pairs[k].second));
+            graph.poses.back().reliability = reliability;
+        }
+        for (std::size_t k = 0; k < graph.poses.size(); ++k)
+            graph.edges.push_back({pairs[k].first, pairs[k].second, &graph.poses[k], false});
+        const GraphSolution solution = graph.solve(3);
+        return solution.component[0] == solution.component[1];
+    };
+    EXPECT_FALSE(joined(0.6, false));
+    EXPECT_TRUE(joined(0.9, false));
+    EXPECT_TRUE(joined(0.6, true));
 }
 
 } // namespace

@@ -3,10 +3,13 @@
 
 #include "nexomap/src/graph/CyclePruning.h"
 
+#include "nexomap/src/graph/ScaleRecovery.h"
+
 #include <Eigen/Dense>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 
 namespace nexomap {
@@ -15,6 +18,11 @@ namespace {
 constexpr double kChi2Rotation = 16.266; // 3 degrees of freedom, p = 0.001
 constexpr double kChi2Pose = 22.458;     // 6 degrees of freedom
 constexpr std::size_t kMostCycles = 200000;
+constexpr std::size_t kMostMeasured = 5000; // triangles whose sides' lengths are looked up
+constexpr double kCertain = 0.7;
+constexpr double kDirectionSlack = 2.0 * kDegree;
+constexpr double kFlat = 12.0 * kDegree; // triangles flatter than this say nothing of lengths
+constexpr double kRatioSlack = 0.4;      // of the logarithm of a ratio of lengths
 
 struct Step
 {
@@ -107,18 +115,68 @@ private:
             sum.metric = sum.metric && step.metric;
         }
         const Eigen::Vector3d rotation = logRotation(sum.pose.R);
-        bool bad = false;
+        bool bad = !sum.metric && length == 3 && !sidesClose(nodes, edges);
         if (sum.metric) {
             Vector6d error;
             error << rotation, sum.pose.R.transpose() * sum.pose.t;
             bad = error.dot(sum.covariance.ldlt().solve(error)) > kChi2Pose;
         } else {
             const Eigen::Matrix3d covariance = sum.covariance.topLeftCorner<3, 3>();
-            bad = rotation.dot(covariance.ldlt().solve(rotation)) > kChi2Rotation;
+            bad = bad || rotation.dot(covariance.ldlt().solve(rotation)) > kChi2Rotation;
         }
-        all.push_back({edges, length, bad});
+        // A square without scale that turns rightly says nothing: rooms built in parallel pass.
+        if (bad || sum.metric || length == 3) all.push_back({edges, length, bad});
     }
 
+    /// Whether three sides of unknown length can make a triangle.
+    bool sidesClose(const std::array<int, 4>& nodes, const std::array<int, 4>& edges)
+    {
+        std::array<Step, 3> step;
+        for (int k = 0; k < 3; ++k) {
+            if (m_edges[edges[k]].pose->rotation_only) return true;
+            step[k] = m_edges[edges[k]].i == nodes[k] ? m_forward[edges[k]] : m_backward[edges[k]];
+        }
+        // In the first node's frame: from it to the second, on to the third, and back.
+        const Eigen::Vector3d u = step[0].pose.t.normalized(),
+                              v = (step[0].pose.R * step[1].pose.t).normalized(),
+                              w = (step[0].pose.R * (step[1].pose.R * step[2].pose.t)).normalized();
+        if (!u.allFinite() || !v.allFinite() || !w.allFinite()) return true;
+        const auto angle = [](const Eigen::Vector3d& a, const Eigen::Vector3d& b) {
+            return std::atan2(a.cross(b).norm(), a.dot(b));
+        };
+        // The outer angles of a plane triangle make a full turn; less is missing when the sides do not close.
+        const double at_1 = angle(u, v), at_2 = angle(v, w), at_0 = angle(w, u);
+        if (2.0 * kPi - at_0 - at_1 - at_2 > kDirectionSlack + 3.0 * directionSigma(edges)) return false;
+        if (std::min({kPi - at_0, kPi - at_1, kPi - at_2}) < kFlat || ++m_measured > kMostMeasured)
+            return true;
+        // Law of sines: a side is as long as the sine of the angle across.
+        const std::array<double, 3> side{std::log(std::sin(at_2)), std::log(std::sin(at_0)),
+                                         std::log(std::sin(at_1))};
+        for (int k = 0; k < 3; ++k) {
+            const int next = (k + 1) % 3;
+            double spread = 0.0;
+            const auto ratio = logLengthRatio(m_edges[edges[k]], m_edges[edges[next]], nodes[next], &spread);
+            if (ratio && std::abs(*ratio - side[k] + side[next]) > kRatioSlack + 2.0 * spread) return false;
+        }
+        return true;
+    }
+    /// Of the three directions together, radians.
+    double directionSigma(const std::array<int, 4>& edges) const
+    {
+        double variance = 0.0;
+        for (int k = 0; k < 3; ++k) {
+            const PairPose& pose = *m_edges[edges[k]].pose;
+            const Matrix6d covariance =
+                (graphInformation(pose) + 1e-2 * Matrix6d::Identity()).inverse(); // the length stays open
+            const Eigen::Vector3d along = (pose.R_0_from_1.transpose() * pose.t_0_from_1).normalized();
+            const Eigen::Matrix3d across = Eigen::Matrix3d::Identity() - along * along.transpose();
+            variance += (across * covariance.bottomRightCorner<3, 3>() * across).trace() /
+                        std::max(1e-6, pose.t_0_from_1.squaredNorm());
+        }
+        return std::sqrt(variance);
+    }
+
+    std::size_t m_measured = 0;
     const std::vector<GraphEdge>& m_edges;
     std::vector<std::map<int, int>> m_at; ///< node to (neighbour to edge), ordered for determinism
     std::vector<Step> m_forward, m_backward;
@@ -137,13 +195,12 @@ void pruneCycles(int nodes, const std::vector<GraphEdge>& edges, std::vector<cha
                 bad[cycle.edges[k]] += cycle.bad;
             }
         int worst = -1;
-        double worst_share = 0.5;
+        double worst_gain = 0.0;
         for (std::size_t e = 0; e < edges.size(); ++e) {
-            if (all[e] == 0) continue;
-            const double share = double(bad[e]) / all[e];
-            if (share < worst_share || share <= 0.5) continue;
-            const bool weaker = worst < 0 || edges[e].pose->reliability < edges[worst].pose->reliability;
-            if (share > worst_share || weaker) worst = int(e), worst_share = share;
+            if (2 * bad[e] <= all[e]) continue;
+            const double odds = edges[e].pose->reliability / std::max(1e-4, 1.0 - edges[e].pose->reliability);
+            const double gain = bad[e] / std::clamp(std::log(odds), 0.2, 7.0);
+            if (gain > worst_gain) worst = int(e), worst_gain = gain;
         }
         if (worst < 0) return;
         kept[worst] = 0;
@@ -154,6 +211,20 @@ void pruneCycles(int nodes, const std::vector<GraphEdge>& edges, std::vector<cha
                                                          worst) != cycle.edges.begin() + cycle.length;
                                     }),
                      cycles.end());
+    }
+}
+
+void dropUnconfirmed(int nodes, const std::vector<GraphEdge>& edges, std::vector<char>& kept)
+{
+    std::vector<char> confirmed(edges.size(), 0);
+    for (const Cycle& cycle : Cycles(nodes, edges, kept).all)
+        for (int k = 0; k < cycle.length && !cycle.bad; ++k)
+            confirmed[cycle.edges[k]] = 1;
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        const PairPose& pose = *edges[e].pose;
+        if (!edges[e].connector && !pose.metric && !pose.rotation_only && !confirmed[e] &&
+            pose.reliability < kCertain)
+            kept[e] = 0;
     }
 }
 

@@ -87,6 +87,7 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
     GraphSolution solution;
     solution.kept = withoutIdleConnectors(nodes, measured);
     pruneCycles(nodes, measured, solution.kept);
+    dropUnconfirmed(nodes, measured, solution.kept);
     reconnect(nodes, measured, held, solution.kept);
 
     const std::vector<double> scales = recoverScales(nodes, measured, solution.kept);

@@ -251,6 +251,18 @@ Eigen::Vector2d rayDepths(const Eigen::Vector3d& bearing_0, const Eigen::Vector3
     return depths.minCoeff() > 0.0 ? depths : Eigen::Vector2d::Zero();
 }
 
+std::optional<double> logLengthRatio(const GraphEdge& a, const GraphEdge& b, int node, double* spread)
+{
+    double difference = 0.0, weight = 0.0;
+    const auto depths_a = logDepths(a, a.i == node), depths_b = logDepths(b, b.i == node);
+    if (!tieOf(depths_a, depths_b, &difference, &weight)) return std::nullopt;
+    std::size_t shared = 0;
+    for (const auto& [key, depth] : depths_a)
+        shared += depths_b.count(key);
+    *spread = std::sqrt(double(shared)) / weight;
+    return difference + std::log(a.pose->t_0_from_1.norm() / b.pose->t_0_from_1.norm());
+}
+
 std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges,
                                   const std::vector<char>& kept)
 {

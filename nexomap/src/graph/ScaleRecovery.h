@@ -5,6 +5,8 @@
 
 #include "nexomap/src/graph/GraphEdge.h"
 
+#include <optional>
+
 namespace nexomap {
 
 /// Lengths of the edges whose translation is a mere direction, relative to each other and, where ranges
@@ -19,6 +21,11 @@ std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges
 /// @param members  the group's nodes
 double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>& members,
                          const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
+
+/// Logarithm of one edge's length over another's by the features that both see at a node they share; nullopt
+/// when they share too few, or these disagree.
+/// @param spread  written: deviation of the features' opinions
+std::optional<double> logLengthRatio(const GraphEdge& a, const GraphEdge& b, int node, double* spread);
 
 /// Where two rays meet best, as distances from the two stations (midpoint method); both 0 when they do not.
 /// @param R, t  point_0 = R * point_1 + t
