@@ -6,14 +6,10 @@
 
 #include "nexomap/src/pair/Sphere.h"
 
-#include <algorithm>
-
 namespace nexomap {
 namespace {
 
 constexpr int kStep = 12; // cells between samples: 14,000 samples a map, 1 ms
-
-constexpr float kWithinReach_m = 1.2f;
 
 struct Counts
 {
@@ -53,13 +49,12 @@ Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into
             const double measured = into.range_m(y, x);
             if (!(measured > 0.0) || into.edge(y, x)) continue;
             const double tolerance = 0.05 + 0.015 * expected;
-            if (std::abs(measured - expected) < tolerance) {
+            if (std::abs(measured - expected) < tolerance)
                 ++counts.agree;
-            } else if (expected < measured) {
-                counts.violation += range > kWithinReach_m;
-            } else {
+            else if (expected < measured)
+                ++counts.violation;
+            else
                 ++counts.occluded;
-            }
         }
     }
     return counts;

@@ -18,8 +18,7 @@ struct RangeAgreement
     double covisible = 0.0; ///< mean over the directions of agree
 };
 
-/// Projects samples of each range map into the other, level surfaces left out. What stands within reach of a
-/// camera may be the person who carries it, and is no violation when the other does not see it.
+/// Projects samples of each range map into the other, level surfaces left out.
 RangeAgreement checkRanges(const RangeMap& map_0, const RangeMap& map_1, const RigidPose& pose_0_from_1);
 
 } // namespace nexomap
