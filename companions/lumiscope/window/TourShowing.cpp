@@ -27,9 +27,7 @@ void ViewerWindow::open(const QString& path)
     setWindowTitle(tr("%1 - Lumiscope").arg(m_tourName));
     if (!m_scratch.isValid())
         return showMessage(tr("No temporary folder can be made: %1").arg(m_scratch.error()));
-    m_notice->setText(tr("Loading..."));
-    m_notice->show();
-    layOut();
+    m_patience.start();
     m_loader = std::make_unique<TourLoader>(path, m_scratch.path(), m_application);
     connectLoading();
     // The entry's picture is begun at once, whatever this thread is doing.
@@ -142,6 +140,7 @@ void ViewerWindow::goTo(int station)
     }
     m_destination = station;
     if (m_view->isReady(station) || cannotShow(station)) return arrive(station);
+    m_patience.start();
     orderPictures();
     showPlace();
 }
@@ -193,7 +192,7 @@ void ViewerWindow::showPlace()
     if (broken) showControls();
     if (broken) m_notice->setText(tr("This panorama cannot be shown. Its markers and the map lead on."));
     if (loading) m_notice->setText(tr("Loading..."));
-    m_notice->setVisible(loading || broken);
+    m_notice->setVisible((loading && !m_patience.isActive()) || broken);
     layOut();
 }
 

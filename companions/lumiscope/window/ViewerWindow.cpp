@@ -13,13 +13,13 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QThreadPool>
-#include <QTimer>
 #include <QToolButton>
 
 namespace lumiscope {
 
 namespace {
 
+constexpr int kPatience_ms = 400;
 constexpr int kEdge = 12; ///< pixels between the controls and the window's edge
 const QSize kMapSize(300, 230);
 const QSize kLeastSize(480, 360);
@@ -45,6 +45,14 @@ ViewerWindow::ViewerWindow(QString application, QWidget* parent)
     setAttribute(Qt::WA_StyledBackground);
     buildControls();
     connectView();
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(kPatience_ms);
+    connect(&m_patience, &QTimer::timeout, this, [this] {
+        if (!m_tour.stations.empty()) return showPlace();
+        m_notice->setText(tr("Loading..."));
+        m_notice->setVisible(!m_message->isVisible());
+        layOut();
+    });
     connect(m_pictures.get(), &PanoramaLoader::loaded, this, &ViewerWindow::takePicture);
     m_pictures->start();
 }

@@ -12,6 +12,7 @@
 #include "companions/lumiscope/tour/WalkTour.h"
 
 #include <QHash>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -87,6 +88,7 @@ private:
     bool m_complete = false;                ///< everything of the tour is unpacked
     std::set<std::pair<int, int>> m_broken; ///< station and width of pictures that cannot be had
     QHash<QString, MapPicture> m_maps;      ///< by plan
+    QTimer m_patience;                      ///< until a visitor is told of waiting
     bool m_folded = false;
     quint64 m_photoTicket = 0; ///< of the photo opened last
 

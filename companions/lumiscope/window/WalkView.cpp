@@ -77,7 +77,7 @@ void WalkView::showTour(WalkTour* tour)
     m_visitor.emplace(tour);
     m_visitor->resize({width(), height()});
     m_icons.show(&here().node);
-    changed();
+    Q_EMIT turned(); // there is nothing to paint yet
 }
 
 Station& WalkView::here()
