@@ -12,10 +12,12 @@
 namespace nexomap {
 namespace {
 
-constexpr double kBelowCeiling_m = 0.05;
+constexpr double kBelowCeiling_m =
+    0.054; // 5 cm, and what small errors of the vertical make of it across a room
 constexpr int kBandsAtOnce = 16;
 constexpr float kInterpolated = 0.02f; // weight against a measurement
 constexpr float kHole = 1e-3f;
+constexpr float kJudged_m = 0.02f;
 
 std::int8_t normalByte(float part)
 {
@@ -75,11 +77,18 @@ void forEachWantedSurfel(const MergeStation& station, const RangePyramid& pyrami
                       weightCode(view)};
     };
     const auto work = [&](int number, Band* band) {
+        // Looking at others' space takes longest; what lies close together has one verdict.
+        Eigen::Vector3f judged = Eigen::Vector3f::Constant(1e9f);
+        bool seen_through = false;
         sampling.forEachInBand(number, [&](const SurfaceSample& sample) {
             const Eigen::Vector3f from = R * sample.point, normal = R * sample.normal;
             const Eigen::Vector3f world = t + from;
-            if (!isAllowed(rules, world, station.up, from.dot(up) > 0.f) || isSeenThrough(rules, world))
-                return;
+            if (!isAllowed(rules, world, station.up, from.dot(up) > 0.f)) return;
+            if ((world - judged).squaredNorm() > kJudged_m * kJudged_m) {
+                judged = world;
+                seen_through = isSeenThrough(rules, world);
+            }
+            if (seen_through) return;
             const float range = std::max(0.5f, sample.range_m);
             const float part = std::min(1.f, sample.area_m2 / float(rules.cell_m * rules.cell_m)) *
                                (sample.measured ? 1.f : kInterpolated);

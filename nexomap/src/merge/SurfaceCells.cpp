@@ -6,6 +6,7 @@
 #include "nexomap/src/merge/MortonKey.h"
 
 #include <algorithm>
+#include <bitset>
 #include <cmath>
 
 namespace nexomap {
@@ -43,42 +44,80 @@ void sortByKey(std::vector<KeyedIndex>& entries)
     }
 }
 
-/// Where cells are, by their keys: open addressing.
+/// Where cells are, by their keys: a bit for each of the 512 cells of a block says whether it is there, and
+/// as the cells come in the order of their keys, counting bits says where.
 class CellIndex
 {
 public:
+    /// @param cells  in the order of their keys
     explicit CellIndex(const std::vector<SurfaceCell>& cells)
-        : m_cells(cells)
     {
+        for (std::size_t k = 0; k < cells.size(); ++k) {
+            const std::uint64_t number = cells[k].key >> 9;
+            if (m_blocks.empty() || m_blocks.back().number != number) {
+                m_blocks.emplace_back();
+                m_blocks.back().number = number;
+                m_blocks.back().first = std::uint32_t(k);
+            }
+            m_blocks.back().bits[(cells[k].key >> 6) & 7] |= std::uint64_t(1) << (cells[k].key & 63);
+        }
         std::size_t slots = 16;
-        while (slots < 2 * cells.size())
+        while (slots < 3 * m_blocks.size())
             slots *= 2;
         m_slots.assign(slots, kNone);
-        for (std::uint32_t k = 0; k < cells.size(); ++k) {
-            std::size_t slot = slotOf(cells[k].key);
+        for (std::uint32_t k = 0; k < m_blocks.size(); ++k) {
+            std::size_t slot = slotOf(m_blocks[k].number);
             while (m_slots[slot] != kNone)
                 slot = (slot + 1) & (m_slots.size() - 1);
             m_slots[slot] = k;
         }
     }
-    const SurfaceCell* find(std::uint64_t key) const
+    /// @return the cell's number; kNone: there is none
+    std::uint32_t find(std::uint64_t key)
     {
-        for (std::size_t slot = slotOf(key); m_slots[slot] != kNone; slot = (slot + 1) & (m_slots.size() - 1))
-            if (m_cells[m_slots[slot]].key == key) return &m_cells[m_slots[slot]];
-        return nullptr;
+        const std::uint64_t number = key >> 9;
+        if (number != m_last_number) {
+            m_last_number = number;
+            m_last = nullptr;
+            for (std::size_t slot = slotOf(number); m_slots[slot] != kNone && !m_last;
+                 slot = (slot + 1) & (m_slots.size() - 1))
+                if (m_blocks[m_slots[slot]].number == number) m_last = &m_blocks[m_slots[slot]];
+        }
+        if (!m_last) return kNone;
+        const std::size_t word = (key >> 6) & 7;
+        const std::uint64_t bit = std::uint64_t(1) << (key & 63);
+        if (!(m_last->bits[word] & bit)) return kNone;
+        std::size_t before = std::bitset<64>(m_last->bits[word] & (bit - 1)).count();
+        for (std::size_t k = 0; k < word; ++k)
+            before += std::bitset<64>(m_last->bits[k]).count();
+        return m_last->first + std::uint32_t(before);
     }
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
 private:
-    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
-    // Neighbours stay near each other in the table too: only the bits above a block of cells are mixed.
-    std::size_t slotOf(std::uint64_t key) const
+    struct Block
     {
-        return std::size_t((key & 511) + ((key >> 9) * 0x9E3779B97F4A7C15u >> 20) * 512) &
-               (m_slots.size() - 1);
+        std::uint64_t number = 0;
+        std::array<std::uint64_t, 8> bits{};
+        std::uint32_t first = 0;
+    };
+    std::size_t slotOf(std::uint64_t number) const
+    {
+        return std::size_t(number * 0x9E3779B97F4A7C15u >> 24) & (m_slots.size() - 1);
     }
-    const std::vector<SurfaceCell>& m_cells;
+    std::vector<Block> m_blocks;
     std::vector<std::uint32_t> m_slots;
+    std::uint64_t m_last_number = ~std::uint64_t(0);
+    const Block* m_last = nullptr;
 };
+
+/// Keys of a cell's neighbours without taking keys apart: adds or takes one in the bits of one coordinate.
+std::uint64_t stepped(std::uint64_t key, int axis, bool up)
+{
+    const std::uint64_t bits = std::uint64_t(0x249249249249) << axis;
+    return (key & ~bits) | (up ? ((key | ~bits) + (std::uint64_t(1) << axis)) & bits
+                               : ((key & bits) - (std::uint64_t(1) << axis)) & bits);
+}
 
 std::uint8_t byteOf(float value)
 {
@@ -140,15 +179,26 @@ bool cellAt(const CloudGrid& grid, const Eigen::Vector3d& world, std::array<std:
 
 std::vector<SurfaceCell> cellsOf(const std::vector<Surfel>& surfels, const CloudGrid& grid)
 {
+    const Eigen::Vector3d origin = grid.originMetres();
+    const double scale[3] = {grid.stepsPerMetre(), grid.stepsPerMetre(), grid.stepsPerMetreZ()};
+    const double most[3] = {std::min(65536.0, double(grid.width) * grid.refinement),
+                            std::min(65536.0, double(grid.height) * grid.refinement), 65536.0};
     std::vector<KeyedIndex> entries;
     entries.reserve(surfels.size());
     for (std::size_t k = 0; k < surfels.size(); ++k) {
-        std::array<std::uint16_t, 3> cell;
-        if (cellAt(grid, surfels[k].point().cast<double>(), &cell))
-            entries.push_back({mortonKey(cell[0], cell[1], cell[2]), std::uint32_t(k)});
+        const Surfel& s = surfels[k];
+        const double x = (double(s.x) + origin.x()) * scale[0], y = (double(s.y) + origin.y()) * scale[1],
+                     z = (double(s.z) + origin.z()) * scale[2];
+        if (x >= 0.0 && y >= 0.0 && z >= 0.0 && x < most[0] && y < most[1] && z < most[2])
+            entries.push_back(
+                {mortonKey(std::uint16_t(x), std::uint16_t(y), std::uint16_t(z)), std::uint32_t(k)});
     }
     sortByKey(entries);
+    std::size_t different = 0;
+    for (std::size_t k = 0; k < entries.size(); ++k)
+        different += k == 0 || entries[k].key != entries[k - 1].key;
     std::vector<SurfaceCell> cells;
+    cells.reserve(different);
     for (std::size_t from = 0, to = 0; from < entries.size(); from = to) {
         SurfaceCell cell;
         cell.key = entries[from].key;
@@ -175,48 +225,55 @@ std::vector<SurfaceCell> cellsOf(const std::vector<Surfel>& surfels, const Cloud
 
 void drawTogether(std::vector<SurfaceCell>& cells, const CloudGrid& grid, int reach)
 {
-    const CellIndex index(cells);
-    std::vector<SurfaceCell> moved(cells);
+    CellIndex index(cells);
+    std::vector<KeyedIndex> entries(cells.size());
+    std::vector<float> shifts(cells.size(), 0.f);
     const float cell_m = float(1.0 / grid.stepsPerMetre());
-    for (SurfaceCell& own : moved) {
+    for (std::size_t number = 0; number < cells.size(); ++number) {
+        const SurfaceCell& own = cells[number];
         int axis = 0;
         own.normal.cwiseAbs().maxCoeff(&axis);
         const Eigen::Vector3f along = own.normal / own.normal[axis]; // one cell of the longest axis
-        const int side_a = (axis + 1) % 3, side_b = (axis + 2) % 3;
         const std::array<std::uint16_t, 3> cell = cellOfMorton(own.key);
         float sum = 0.f, weights = 0.f;
+        const auto gather = [&](std::uint64_t key) {
+            const std::uint32_t found = index.find(key);
+            if (found == CellIndex::kNone) return;
+            const SurfaceCell& other = cells[found];
+            if (other.normal.dot(own.normal) < 0.7f) return;
+            const float off = own.normal.dot(other.point - own.point);
+            if (std::abs(off) > (float(reach) + 0.5f) * cell_m) return;
+            sum += other.weight * off;
+            weights += other.weight;
+        };
         for (int k = -reach; k <= reach; ++k) {
-            std::array<int, 3> place{};
-            for (int a = 0; a < 3; ++a)
-                place[std::size_t(a)] = int(cell[std::size_t(a)]) + int(std::lround(float(k) * along[a]));
-            constexpr int kAbout[5][2] = {{0, 0}, {1, 0}, {-1, 0}, {0, 1}, {0, -1}};
-            for (const auto& about : kAbout) {
-                std::array<int, 3> at = place;
-                at[std::size_t(side_a)] += about[0];
-                at[std::size_t(side_b)] += about[1];
-                if (std::min({at[0], at[1], at[2]}) < 0 || std::max({at[0], at[1], at[2]}) > 65535) continue;
-                const SurfaceCell* other =
-                    index.find(mortonKey(std::uint16_t(at[0]), std::uint16_t(at[1]), std::uint16_t(at[2])));
-                if (!other || other->normal.dot(own.normal) < 0.7f) continue;
-                const float off = own.normal.dot(other->point - own.point);
-                if (std::abs(off) > (float(reach) + 0.5f) * cell_m) continue;
-                sum += other->weight * off;
-                weights += other->weight;
+            std::array<int, 3> at{};
+            for (std::size_t a = 0; a < 3; ++a)
+                at[a] = int(cell[a]) + int(std::floor(float(k) * along[int(a)] + 0.5f));
+            if (std::min({at[0], at[1], at[2]}) < 1 || std::max({at[0], at[1], at[2]}) > 65534) continue;
+            const std::uint64_t key =
+                mortonKey(std::uint16_t(at[0]), std::uint16_t(at[1]), std::uint16_t(at[2]));
+            gather(key);
+            for (const int side : {(axis + 1) % 3, (axis + 2) % 3}) {
+                gather(stepped(key, side, true));
+                gather(stepped(key, side, false));
             }
         }
-        if (!(weights > 0.f)) continue;
-        own.point += sum / weights * own.normal;
+        if (weights > 0.f) shifts[number] = sum / weights;
+    }
+    for (std::size_t number = 0; number < cells.size(); ++number) {
+        SurfaceCell& own = cells[number];
+        own.point += shifts[number] * own.normal;
         std::array<std::uint16_t, 3> to;
         if (cellAt(grid, own.point.cast<double>(), &to)) own.key = mortonKey(to[0], to[1], to[2]);
+        entries[number] = {own.key, std::uint32_t(number)};
     }
-    std::vector<KeyedIndex> entries;
-    entries.reserve(moved.size());
-    for (std::size_t k = 0; k < moved.size(); ++k)
-        entries.push_back({moved[k].key, std::uint32_t(k)});
     sortByKey(entries);
-    cells.clear();
+    std::vector<SurfaceCell> sorted;
+    sorted.reserve(cells.size());
     for (const KeyedIndex& entry : entries)
-        cells.push_back(moved[entry.index]);
+        sorted.push_back(cells[entry.index]);
+    cells.swap(sorted);
     joinEqual(cells);
 }
 

@@ -18,7 +18,7 @@ namespace {
 constexpr double kStorey_m = 1.2; // cameras within it stand on one storey
 constexpr double kWitness_m = 25.0;
 constexpr std::size_t kMostWitnesses = 12;
-constexpr std::size_t kMostInPart = 2000000;
+constexpr std::size_t kMostInPart = 1000000;
 constexpr double kDrawn_m = 0.03;
 constexpr std::uint64_t kMostPoints = 0xFFFFFFFFu / 9;
 
