@@ -151,6 +151,7 @@ SurfaceMerge::SurfaceMerge(const std::vector<MergeStation>& stations, const Fron
     }
     if (used.empty()) throw Failure(NEXOMAP_CANNOT_SOLVE, "no panorama of the largest group has lidar");
     const std::vector<Eigen::Vector3f> factors = balance.factors();
+    balance = {}; // a few megabytes for each station
     std::unique_ptr<Storeys> storeys;
     if (options.indoor) storeys = std::make_unique<Storeys>(used, surveys);
 
