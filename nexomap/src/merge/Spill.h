@@ -66,7 +66,7 @@ public:
         appendBytes(m_path, m_recent.data(), recentBytes());
         m_on_disk += m_recent.size();
         m_folder->account(-std::ptrdiff_t(recentBytes()));
-        m_recent = {};
+        std::vector<Record>().swap(m_recent); // assigning {} would keep the memory
     }
     /// Piece by piece. @param take  (const Record*, std::size_t)
     template <class Take>
