@@ -45,6 +45,9 @@ struct FrontEnd
     /// another panorama, has no lidar or too little of it can be read. May be null: the small maps are all
     /// there is.
     std::function<RangePicture(const std::string& path, const std::string& id, std::string* error)> ranges;
+    /// Relative pose by the range maps alone, slower than `match`; for what the pictures leave apart. May be
+    /// null.
+    std::function<std::optional<PairPose>(const Panorama&, const Panorama&)> align;
 };
 
 /// Reads panorama files and matches their pictures and ranges.

@@ -5,6 +5,7 @@
 
 #include "linking/pno/PnoFile.h"
 #include "nexomap/src/FrontEnd.h"
+#include "nexomap/src/pair/ScanAlignment.h"
 #include "nexomap/src/RangeReading.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -61,7 +62,10 @@ FrontEnd panoramaFileFrontEnd()
             [](const std::string& path, std::string* error) {
                 return std::shared_ptr<const Panorama>(loadPanorama(path, error));
             },
-            matchPair, colours, readRanges};
+            matchPair,
+            colours,
+            readRanges,
+            alignScans};
 }
 
 } // namespace nexomap

@@ -4,6 +4,7 @@
 #include "nexomap/src/model/Adding.h"
 
 #include "nexomap/src/files/MatchPicture.h"
+#include "nexomap/src/graph/GraphEdge.h"
 #include "nexomap/src/model/LinkChoice.h"
 #include "nexomap/src/model/MatchFiles.h"
 #include "nexomap/src/model/Names.h"
@@ -18,6 +19,7 @@ namespace nexomap {
 namespace {
 
 constexpr double kWorthAPicture = 0.2;
+constexpr std::size_t kMostAligned = 300; // pairs; each takes a third of a second
 
 /// Edges of the new node to all earlier ones, in their order.
 std::vector<Edge> matchWithEarlier(const Model& model, const Workplace& workplace, const Panorama& panorama)
@@ -40,6 +42,51 @@ std::vector<Edge> matchWithEarlier(const Model& model, const Workplace& workplac
         edges.push_back(std::move(edge));
     }
     return edges;
+}
+
+/// Pairs that no chain of edges joins and that both carry range, those taken one after the other first.
+std::vector<NodePair> pairsApart(const Model& model, const Workplace& workplace)
+{
+    std::vector<GraphEdge> graph;
+    for (const Edge& edge : model.edges)
+        graph.push_back({edge.node_0, edge.node_1, edge.pose.get(), false});
+    const std::vector<int> part =
+        connectedComponents(int(model.nodes.size()), graph, std::vector<char>(graph.size(), 1));
+    std::vector<NodePair> pairs;
+    for (int a = 0; a < int(model.nodes.size()); ++a)
+        for (int b = a + 1; b < int(model.nodes.size()); ++b)
+            if (part[a] != part[b] && model.nodes[a].source->get(workplace.front_end).metric() &&
+                model.nodes[b].source->get(workplace.front_end).metric())
+                pairs.emplace_back(a, b);
+    std::stable_sort(pairs.begin(), pairs.end(), [](const NodePair& p, const NodePair& q) {
+        return p.second - p.first < q.second - q.first;
+    });
+    if (pairs.size() > kMostAligned) pairs.resize(kMostAligned);
+    return pairs;
+}
+
+/// Edges by the shape of the rooms where the pictures left the tour in parts.
+void joinByShape(Model& model, const Workplace& workplace)
+{
+    if (!workplace.front_end.align) return;
+    const std::vector<NodePair> pairs = pairsApart(model, workplace);
+    if (pairs.empty()) return;
+    std::vector<std::optional<PairPose>> poses(pairs.size());
+    parallelFor(int(pairs.size()), [&](int k) {
+        poses[k] = workplace.front_end.align(*model.nodes[pairs[k].first].source->loaded(),
+                                             *model.nodes[pairs[k].second].source->loaded());
+    });
+    for (std::size_t k = 0; k < pairs.size(); ++k) {
+        if (!poses[k]) continue;
+        Edge edge;
+        edge.node_0 = pairs[k].first;
+        edge.node_1 = pairs[k].second;
+        edge.reliability = poses[k]->reliability;
+        edge.values.spacing = poses[k]->t_0_from_1.norm();
+        edge.pose = std::make_shared<const PairPose>(std::move(*poses[k]));
+        model.edges.push_back(std::move(edge));
+    }
+    solveAfterAdding(model);
 }
 
 const char* originText(Origin origin)
@@ -93,6 +140,7 @@ void finishAdding(Model& model, const Workplace& workplace)
     if (!model.adding) return;
     model.adding = false;
     solveAfterAdding(model);
+    joinByShape(model, workplace);
     chooseLinks(model, workplace);
     relocate(model);
     // A room without texture matches badly, but whoever stands beside another sees it all the same.

@@ -29,7 +29,7 @@ bool level(const RangeMap& map, const EquirectGrid& grid, int row, int column)
     return std::abs(step.z()) < 0.35 * step.norm();
 }
 
-Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into_from)
+Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into_from, double company_m)
 {
     const EquirectGrid grid{from.range_m.cols, from.range_m.rows};
     Counts counts;
@@ -52,7 +52,7 @@ Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into
             if (std::abs(measured - expected) < tolerance)
                 ++counts.agree;
             else if (expected < measured)
-                ++counts.violation;
+                counts.violation += range > company_m;
             else
                 ++counts.occluded;
         }
@@ -62,11 +62,13 @@ Counts project(const RangeMap& from, const RangeMap& into, const RigidPose& into
 
 } // namespace
 
-RangeAgreement checkRanges(const RangeMap& map_0, const RangeMap& map_1, const RigidPose& pose)
+RangeAgreement checkRanges(const RangeMap& map_0, const RangeMap& map_1, const RigidPose& pose,
+                           double company_m)
 {
     RangeAgreement result;
     if (map_0.empty() || map_1.empty()) return result;
-    const Counts into_0 = project(map_1, map_0, pose), into_1 = project(map_0, map_1, pose.inverse());
+    const Counts into_0 = project(map_1, map_0, pose, company_m),
+                 into_1 = project(map_0, map_1, pose.inverse(), company_m);
     result.samples = into_0.total() + into_1.total();
     if (into_0.total() == 0 || into_1.total() == 0) return result;
     const double all = result.samples;

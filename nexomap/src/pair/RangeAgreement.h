@@ -19,6 +19,8 @@ struct RangeAgreement
 };
 
 /// Projects samples of each range map into the other, level surfaces left out.
-RangeAgreement checkRanges(const RangeMap& map_0, const RangeMap& map_1, const RigidPose& pose_0_from_1);
+/// @param company_m  what stands nearer to its camera may have been carried along, and is no violation
+RangeAgreement checkRanges(const RangeMap& map_0, const RangeMap& map_1, const RigidPose& pose_0_from_1,
+                           double company_m = 0.0);
 
 } // namespace nexomap

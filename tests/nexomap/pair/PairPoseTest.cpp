@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "nexomap/src/PairPose.h"
+#include "nexomap/src/pair/ScanAlignment.h"
 #include "nexomap/src/pair/Sphere.h"
 #include "tests/nexomap/pair/MadeUpRoom.h"
 
@@ -195,4 +196,33 @@ TEST(PairPose, AMapWithItsFarHalfMissingStillLinks)
     const auto pose = matchPair(*p0, *p1);
     ASSERT_TRUE(pose);
     EXPECT_LT((pose->t_0_from_1 - scene.truth().t).norm(), 0.02);
+}
+
+TEST(ScanAlignment, RangeAloneFindsThePlaceInARoomWithOneCornerCutOff)
+{
+    TwoCameras scene;
+    scene.room.furniture.push_back(
+        {{0.0, 3.1, 0.0}, {2.4, 4.5, 2.7}}); // a box room looks the same turned about
+    const auto p0 = scene.panorama(0, true), p1 = scene.panorama(1, true);
+    p0->features = p1->features = {}; // nothing but range
+    ASSERT_FALSE(matchPair(*p0, *p1));
+    const auto pose = alignScans(*p0, *p1);
+    ASSERT_TRUE(pose);
+    EXPECT_TRUE(pose->metric);
+    EXPECT_LT(rotationError_deg(poseOf(*pose), scene.truth()), 0.3);
+    EXPECT_LT((pose->t_0_from_1 - scene.truth().t).norm(), 0.02);
+    const auto back = alignScans(*p1, *p0);
+    ASSERT_TRUE(back);
+    EXPECT_LT((poseOf(*back).inverse().t - pose->t_0_from_1).norm(), 1e-9);
+}
+
+TEST(ScanAlignment, RoomsOfOtherShapesAndPicturesWithoutRangeAreRefused)
+{
+    const TwoCameras scene;
+    TwoCameras other;
+    other.room.walls.high = {8.5, 3.1, 2.7};
+    other.room.furniture = {{{6.0, 0.0, 0.0}, {7.5, 0.8, 1.4}}, {{0.4, 1.9, 0.0}, {1.2, 3.1, 2.0}}};
+    const auto p0 = scene.panorama(0, true), p1 = other.panorama(1, true), bare = scene.panorama(1, false);
+    EXPECT_FALSE(alignScans(*p0, *p1));
+    EXPECT_FALSE(alignScans(*p0, *bare));
 }
