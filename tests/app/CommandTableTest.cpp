@@ -88,17 +88,4 @@ TEST_F(CommandTable, TheNetworkManagerIsTheWindowsOwnAndTriggersReplyFinished)
                                     &Tourwright::ReplyFinished));
 }
 
-TEST_F(CommandTable, CommandsThatAreNotMadeYetChangeNothing)
-{
-    importRooms(2, true);
-    linker->matches = {matchOf(identity(0), identity(1))};
-    click("buttonAutoGenLink");
-    project().modified = false;
-    linker->calls.clear();
-    find<QPushButton>("buttonGenMap")->click();
-    EXPECT_EQ(linker->calls, QStringList());
-    EXPECT_FALSE(project().modified);
-    EXPECT_EQ(project().panoramas.size(), 2u);
-}
-
 } // namespace
