@@ -251,9 +251,9 @@ TEST(PoseGraph, WithoutScaleADoubtfulEdgeJoinsNoPartsUnlessATriangleConfirmsIt)
         const GraphSolution solution = graph.solve(3);
         return solution.component[0] == solution.component[1];
     };
-    EXPECT_FALSE(joined(0.6, false));
+    EXPECT_FALSE(joined(0.55, false));
     EXPECT_TRUE(joined(0.9, false));
-    EXPECT_TRUE(joined(0.6, true));
+    EXPECT_TRUE(joined(0.55, true));
 }
 
 } // namespace

@@ -19,7 +19,7 @@ constexpr double kChi2Rotation = 16.266; // 3 degrees of freedom, p = 0.001
 constexpr double kChi2Pose = 22.458;     // 6 degrees of freedom
 constexpr std::size_t kMostCycles = 200000;
 constexpr std::size_t kMostMeasured = 5000; // triangles whose sides' lengths are looked up
-constexpr double kCertain = 0.7;
+constexpr double kCertain = 0.6;
 constexpr double kDirectionSlack = 2.0 * kDegree;
 constexpr double kFlat = 12.0 * kDegree; // triangles flatter than this say nothing of lengths
 constexpr double kRatioSlack = 0.4;      // of the logarithm of a ratio of lengths
