@@ -224,4 +224,45 @@ TEST_F(Interface, DeletingTheBridgeSplitsTheGroupAndSetsThePartsApart)
     EXPECT_EQ(node(2).direction, 0.0);
 }
 
+/// Two pairs of stations in reach of each other by picture, out of sight of the other pair, and what the
+/// shape of the rooms offers.
+class JoiningByShape : public LibraryTest
+{
+protected:
+    int groupsWithReach(double reach_m)
+    {
+        MadeUpTour tour;
+        tour.add(-9, 0, 0.3);
+        tour.add(-6, 0, -1.0);
+        tour.add(6, 0, 2.0);
+        tour.add(9, 0, 0.0);
+        tour.reach_m = reach_m;
+        FrontEnd front_end = tour.frontEnd();
+        front_end.align = [tour](const Panorama& a, const Panorama& b) -> std::optional<PairPose> {
+            return tour.pairPose(stationOf(a.id), stationOf(b.id));
+        };
+        link(tour, front_end);
+        return NexomapGetPanoGroupNum();
+    }
+
+private:
+    static int stationOf(const std::string& id)
+    {
+        int station = 0;
+        while (MadeUpTour::nameOf(station) != id)
+            ++station;
+        return station;
+    }
+};
+
+TEST_F(JoiningByShape, WherePicturesMatchTheyHaveTheSay)
+{
+    EXPECT_EQ(groupsWithReach(4.0), 2) << "what pictures left apart stays apart";
+}
+
+TEST_F(JoiningByShape, WherePicturesDoNotMatchShapesJoin)
+{
+    EXPECT_EQ(groupsWithReach(-1.0), 1);
+}
+
 } // namespace

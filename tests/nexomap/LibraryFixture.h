@@ -40,14 +40,16 @@ protected:
     {}
     void TearDown() override { NexomapClean(); }
 
-    void start(const MadeUpTour& tour)
+    void start(const MadeUpTour& tour) { startWith(tour.frontEnd()); }
+    void startWith(const nexomap::FrontEnd& front_end)
     {
-        nexomap::setFrontEnd(tour.frontEnd());
+        nexomap::setFrontEnd(front_end);
         ASSERT_EQ(NexomapInit(folder.path().c_str(), 0), NEXOMAP_OK);
     }
-    void link(const MadeUpTour& tour)
+    void link(const MadeUpTour& tour) { link(tour, tour.frontEnd()); }
+    void link(const MadeUpTour& tour, const nexomap::FrontEnd& front_end)
     {
-        start(tour);
+        startWith(front_end);
         ASSERT_EQ(NexomapReset(), NEXOMAP_OK);
         for (int k = 0; k < int(tour.stations.size()); ++k)
             ASSERT_EQ(NexomapAddNode(MadeUpTour::pathOf(k).c_str()), NEXOMAP_OK) << k;

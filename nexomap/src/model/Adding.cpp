@@ -65,10 +65,21 @@ std::vector<NodePair> pairsApart(const Model& model, const Workplace& workplace)
     return pairs;
 }
 
-/// Edges by the shape of the rooms where the pictures left the tour in parts.
+/// Whether pictures find partners in this tour: more than half of the panoramas have one.
+bool picturesSpeak(const Model& model)
+{
+    std::vector<char> matched(model.nodes.size(), 0);
+    for (const Edge& edge : model.edges)
+        matched[edge.node_0] = matched[edge.node_1] = 1;
+    return 2 * std::count(matched.begin(), matched.end(), char(1)) > std::ptrdiff_t(matched.size());
+}
+
+/// Edges by the shape of the rooms where the pictures left the tour in parts. Only where pictures hardly
+/// match at all: where they do, a room that looks like none of the others is another room, however like its
+/// walls.
 void joinByShape(Model& model, const Workplace& workplace)
 {
-    if (!workplace.front_end.align) return;
+    if (!workplace.front_end.align || picturesSpeak(model)) return;
     const std::vector<NodePair> pairs = pairsApart(model, workplace);
     if (pairs.empty()) return;
     std::vector<std::optional<PairPose>> poses(pairs.size());
