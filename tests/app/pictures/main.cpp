@@ -5,6 +5,7 @@
 // both kinds of map, adds hotspots and saves what the window shows.
 
 #include "app/Tourwright.h"
+#include "linking/editor/PanoMatchEditor.h"
 #include "linking/map/GenerateMap.h"
 #include "linking/NexomapLinker.h"
 #include "project/LocalText.h"
@@ -13,6 +14,7 @@
 #include "views/HotSpotWidget.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
@@ -68,7 +70,7 @@ void click(Tourwright& window, const char* button)
     QTest::mouseClick(find<QPushButton>(window, button), Qt::LeftButton);
 }
 
-bool savePicture(Tourwright& window, const QString& path)
+bool savePicture(QWidget& window, const QString& path)
 {
     window.repaint();
     QTest::qWait(300); // the OpenGL views paint from timers of their own
@@ -135,6 +137,32 @@ bool makeMap(Tourwright& window, const char* kind, const QString& picture)
     return savePicture(window, picture);
 }
 
+// Two panoramas that are not linked, each turned a little between one pair of points and the next.
+bool takeEditorPicture(Tourwright& window, const Order& order)
+{
+    find<QTabWidget>(window, "tabMain")->setCurrentIndex(0);
+    find<QComboBox>(window, "comboSelPano0")->setCurrentIndex(0);
+    find<QComboBox>(window, "comboSelPano1")->setCurrentIndex(2);
+    click(window, "buttonAddLink");
+    auto* editor = window.findChild<PanoMatchEditor*>();
+    if (!editor || !QTest::qWaitForWindowExposed(editor)) return false;
+    editor->setGeometry({{}, order.size});
+    for (const int turn : {90, -160, 60}) {
+        for (const char* name : {"widgetAddLink0", "widgetAddLink1"}) {
+            auto* view = editor->findChild<HotSpotWidget*>(QLatin1String(name));
+            const QPoint middle = view->rect().center();
+            QTest::mousePress(view, Qt::LeftButton, {}, middle);
+            QTest::mouseMove(view, middle + QPoint(turn, turn / 3));
+            QTest::mouseRelease(view, Qt::LeftButton, {}, middle + QPoint(turn, turn / 3));
+            view->grabFramebuffer();
+        }
+        QTest::mouseClick(editor->findChild<QPushButton*>(QStringLiteral("buttonAddPair")), Qt::LeftButton);
+    }
+    const bool saved = savePicture(*editor, order.pictures + QStringLiteral("/link-editor.png"));
+    editor->close();
+    return saved;
+}
+
 bool takePictures(Tourwright& window, const Order& order)
 {
     bool good = savePicture(window, order.pictures + QStringLiteral("/empty.png"));
@@ -148,7 +176,8 @@ bool takePictures(Tourwright& window, const Order& order)
     find<QTabWidget>(window, "tabMain")->setCurrentIndex(1);
     const QTemporaryDir photos;
     addHotspots(window, photos.path());
-    return savePicture(window, order.pictures + QStringLiteral("/hotspots.png")) && good;
+    good = savePicture(window, order.pictures + QStringLiteral("/hotspots.png")) && good;
+    return takeEditorPicture(window, order) && good;
 }
 
 } // namespace
