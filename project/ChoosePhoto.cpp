@@ -38,7 +38,8 @@ bool writeScaled(const QImage& picture, const QString& destination)
     if (!file.open(QIODevice::WriteOnly)) return false;
     QImageWriter writer(&file, "jpg");
     writer.setQuality(kJpegQuality);
-    return writer.write(picture) && file.commit();
+    // Flushed first: what is still buffered when a QSaveFile commits may fail unseen.
+    return writer.write(picture) && file.flush() && file.commit();
 }
 
 bool copyUnchanged(const QString& chosen, const QString& destination)
