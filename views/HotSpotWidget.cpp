@@ -125,7 +125,7 @@ void HotSpotWidget::paintGL()
 {
     m_camera = m_target;
     m_camera.polar = sphere::drawablePolar(m_camera.polar);
-    keepViewportOfLastSize();
+    KeepViewport(*this, this, {m_size.width, m_size.height});
     glClear(GL_COLOR_BUFFER_BIT);
     if (!icons().hasContent()) return;
 
@@ -138,17 +138,6 @@ void HotSpotWidget::paintGL()
     const Matrix4 model = sphere::modelMatrix(m_camera.yaw, m_camera.polar);
     m_sphere.draw(*this, Multiply(Multiply(perspective, view), model));
     drawIcons();
-}
-
-// The toolkit sets the viewport to the whole widget before each paint. A widget below the minimum goes on
-// showing a part of the picture of the last size, from the top left corner, so that icons are picked where
-// they are seen.
-void HotSpotWidget::keepViewportOfLastSize()
-{
-    if (width() == m_size.width && height() == m_size.height) return;
-    const double scale = devicePixelRatioF();
-    glViewport(0, qRound((height() - m_size.height) * scale), qRound(m_size.width * scale),
-               qRound(m_size.height * scale));
 }
 
 void HotSpotWidget::drawIcons()

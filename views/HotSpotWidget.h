@@ -93,7 +93,6 @@ private:
     const IconLayer& icons() const { return const_cast<HotSpotWidget*>(this)->icons(); }
     void contentChanged();
     void endDrags();
-    void keepViewportOfLastSize();
     void drawIcons();
 
     const QImage* m_panoramaImage = nullptr;
