@@ -5,6 +5,7 @@
 // Alternating rounds, medians; and the memory that opening took.
 //   bench_opening [MIB [FOLDER]]    default: 2048 MiB in all, in the system's temporary folder
 
+#include "benchmarks/support/FileRace.h"
 #include "linking/NexomapLinker.h"
 #include "linking/OpenTour.h"
 #include "project/LocalText.h"
@@ -12,66 +13,19 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <cstdio>
-#include <functional>
-#include <random>
-#include <vector>
-#ifndef Q_OS_WIN
-#include <sys/resource.h>
-#endif
 
 namespace {
 
-constexpr int kFiles = 8;
-constexpr int kRounds = 5;
 constexpr double kLimit = 1.3;
 
-/// Noise, so that no file system makes it smaller; no panorama, which the reader finds out at its first
-/// bytes.
-bool writeNoise(const QString& path, qint64 mib)
+void empty(const QString& path)
 {
-    std::mt19937_64 random(static_cast<std::uint64_t>(mib));
-    std::vector<std::uint64_t> block((1 << 20) / sizeof(std::uint64_t));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) return false;
-    for (qint64 done = 0; done < mib; ++done) {
-        std::generate(block.begin(), block.end(), std::ref(random));
-        if (file.write(reinterpret_cast<const char*>(block.data()), 1 << 20) != 1 << 20) return false;
-    }
-    return true;
-}
-
-double seconds(const std::function<bool()>& work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    if (!work()) {
-        std::fprintf(stderr, "bench_opening: a round failed\n");
-        std::exit(1);
-    }
-    return static_cast<double>(timer.nsecsElapsed()) * 1e-9;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-double peakMib()
-{
-#ifdef Q_OS_WIN
-    return 0.0;
-#else
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
-#endif
+    QDir(path).removeRecursively();
+    QDir().mkpath(path);
 }
 
 } // namespace
@@ -84,56 +38,36 @@ int main(int argc, char** argv)
     const qint64 mib = arguments.size() > 1 ? arguments[1].toLongLong() : 2048;
     const QString place = arguments.size() > 2 ? arguments[2] : QDir::tempPath();
     const QTemporaryDir folder(place + QStringLiteral("/bench_opening-XXXXXX"));
-    if (mib < kFiles || !folder.isValid()) {
-        std::fprintf(stderr, "usage: bench_opening [MIB [FOLDER]], MIB at least %d\n", kFiles);
+    if (mib < 8 || !folder.isValid()) {
+        std::fprintf(stderr, "usage: bench_opening [MIB [FOLDER]], MIB at least 8\n");
         return 2;
     }
 
     RoamProject project;
-    QStringList sources;
-    for (int i = 0; i < kFiles; ++i) {
-        auto node = std::make_unique<PanoNode>();
-        qstrncpy(node->parameters.identity, "AAAAAAAAAAAAAA", sizeof node->parameters.identity);
-        node->file_path = folder.filePath(QStringLiteral("p%1.pno").arg(i));
-        if (!writeNoise(node->file_path, mib / kFiles)) return 1;
-        sources << node->file_path;
-        project.panoramas.push_back(std::move(node));
-    }
+    const QStringList sources = filerace::noiseTour(project, folder.path(), mib);
     const QString tour = folder.filePath(QStringLiteral("tour.roa"));
-    if (!saveTour(project, 0, tour)) return 1;
+    if (sources.isEmpty() || !saveTour(project, 0, tour)) return 1;
 
     NexomapLinker linker(folder.path()); // there is no library: it is not what is measured
     const QString unpacked = folder.filePath(QStringLiteral("unpacked/"));
     const QString copies = folder.filePath(QStringLiteral("copies/"));
-    const auto empty = [](const QString& path) {
-        QDir(path).removeRecursively();
-        QDir().mkpath(path);
-    };
-    const double before = peakMib();
-    std::vector<double> opening, copying;
-    for (int round = 0; round < kRounds; ++round) {
+    const double before = filerace::peakMemory_mib();
+    const auto prepare = [&] {
         empty(unpacked);
         empty(copies);
-        const auto open = [&] {
-            clearProject(project);
-            project.folders.working = unpacked;
-            opening.push_back(seconds([&] { return bool(openTour(project, linker, tour)); }));
-        };
-        const auto copy = [&] {
-            copying.push_back(seconds(
-                [&] { return QProcess::execute(QStringLiteral("cp"), sources + QStringList{copies}) == 0; }));
-        };
-        if (round % 2) {
-            copy();
-            open();
-        } else {
-            open();
-            copy();
-        }
-    }
+        clearProject(project);
+        project.folders.working = unpacked;
+        // What the last round wrote shall not go to the disk during this one.
+        QProcess::execute(QStringLiteral("sync"), {});
+    };
+    const auto open = [&] { return bool(openTour(project, linker, tour)); };
+    const auto copy = [&] {
+        return QProcess::execute(QStringLiteral("cp"), sources + QStringList{copies}) == 0;
+    };
+    const filerace::Medians times = filerace::race(prepare, open, copy);
     std::printf("opening %lld MiB: %.2f s; cp of the same files: %.2f s (medians of %d)\n",
-                static_cast<long long>(mib), median(opening), median(copying), kRounds);
+                static_cast<long long>(mib), times.ours_s, times.peer_s, times.rounds);
     std::printf("ratio %.2f (limit %.1f); opening took %.1f MiB of memory at most\n",
-                median(opening) / median(copying), kLimit, peakMib() - before);
+                times.ours_s / times.peer_s, kLimit, filerace::peakMemory_mib() - before);
     return 0;
 }
