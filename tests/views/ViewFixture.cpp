@@ -3,11 +3,7 @@
 
 #include "tests/views/ViewFixture.h"
 
-#include <QApplication>
 #include <QPainter>
-#include <QScreen>
-#include <QWheelEvent>
-#include <QWindow>
 
 namespace {
 
@@ -50,11 +46,6 @@ ViewFixture::ViewFixture()
     panorama.fill(Qt::black);
 }
 
-void ViewFixture::TearDown()
-{
-    if (view && m_pressed != Qt::NoButton) release({0, 0}, m_pressed);
-}
-
 void ViewFixture::show(HotSpotWidget::Mode mode, QSize size, int side)
 {
     MarkerImages markers;
@@ -76,21 +67,7 @@ void ViewFixture::show(HotSpotWidget::Mode mode, QSize size, int side)
     if (mode == HotSpotWidget::Hotspots) view->showPanorama(&node);
     if (mode == HotSpotWidget::Link) view->showLink(&shownLink);
     if (mode == HotSpotWidget::FeaturePairs) view->showPairs(&pairs);
-    view->resize(size);
-    // Tests run side by side on one screen: in its corner, hardly a pointer moved by another one comes by.
-    view->move(view->screen()->geometry().bottomRight() - QPoint(15, 15));
-    view->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(view.get()));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view->size() == size; }));
-    frame();
-}
-
-void ViewFixture::resize(QSize size)
-{
-    view->resize(size);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return view->size() == size && view->windowHandle()->size() == size; }));
-    frame();
+    showWindow(size);
 }
 
 QImage ViewFixture::frame(const sphere::Camera& camera)
@@ -103,41 +80,4 @@ QPoint ViewFixture::pixelOf(sphere::SpherePoint point) const
 {
     const auto pixel = sphere::pixelFromSphere(point, Probe::painted(*view), Probe::size(*view));
     return {qRound(pixel.x), qRound(pixel.y)};
-}
-
-void ViewFixture::press(QPoint at, Qt::MouseButton button)
-{
-    m_pressed = button;
-    QTest::mousePress(view->windowHandle(), button, Qt::NoModifier, at);
-}
-
-void ViewFixture::moveTo(QPoint at)
-{
-    QTest::mouseMove(view->windowHandle(), at);
-}
-
-void ViewFixture::release(QPoint at, Qt::MouseButton button)
-{
-    m_pressed = Qt::NoButton;
-    QTest::mouseRelease(view->windowHandle(), button, Qt::NoModifier, at);
-}
-
-void ViewFixture::wheel(int delta)
-{
-    const QPointF middle = view->rect().center();
-    QWheelEvent event(middle, view->mapToGlobal(middle.toPoint()), QPoint(), QPoint(0, delta), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view.get(), &event);
-}
-
-QRect ViewFixture::extentOf(const QImage& frame, QColor colour)
-{
-    QRect extent;
-    const int scale = qRound(frame.devicePixelRatio());
-    for (int y = 0; y < frame.height(); ++y) {
-        for (int x = 0; x < frame.width(); ++x) {
-            if (frame.pixel(x, y) == colour.rgb()) extent |= QRect(x / scale, y / scale, 1, 1);
-        }
-    }
-    return extent;
 }

@@ -5,6 +5,7 @@
 
 #include "project/PanoLink.h"
 #include "project/PanoNode.h"
+#include "tests/views/GlWindowFixture.h"
 #include "views/HotSpotOwner.h"
 #include "views/HotSpotWidget.h"
 
@@ -39,35 +40,23 @@ public:
 };
 
 /// A panorama view in a window of its own, with plainly coloured icons and an owner that records.
-class ViewFixture : public testing::Test
+class ViewFixture : public GlWindowFixture
 {
 protected:
     using Probe = HotSpotWidgetProbe;
 
     ViewFixture();
-    /// A button left pressed would grab the mouse for the next test.
-    void TearDown() override;
+    QOpenGLWidget* widget() const override { return view.get(); }
 
     /// Sets the view up and shows it in a window of this size, painted once.
     void show(HotSpotWidget::Mode mode, QSize size = {1056, 930}, int side = 0);
-    void resize(QSize size);
 
-    /// Paints and returns the picture; its device pixel ratio is the screen's.
-    QImage frame() { return view->grabFramebuffer(); }
+    using GlWindowFixture::frame;
     /// Paints with this camera.
     QImage frame(const sphere::Camera& camera);
 
     /// Where a point stands on the screen now, rounded to the pixel.
     QPoint pixelOf(sphere::SpherePoint point) const;
-
-    // As a person does it: through the window system, button state and all.
-    void press(QPoint at, Qt::MouseButton button = Qt::LeftButton);
-    void moveTo(QPoint at);
-    void release(QPoint at, Qt::MouseButton button = Qt::LeftButton);
-    void wheel(int delta);
-
-    /// Bounding box of the pixels of exactly this colour, in logical pixels.
-    static QRect extentOf(const QImage& frame, QColor colour);
 
     testing::NiceMock<MockOwner> owner;
     QImage panorama; ///< black, 1024 x 512, unless a test puts another one before `show`
@@ -76,9 +65,6 @@ protected:
     PanoLink shownLink;
     FeaturePairs pairs;
     std::unique_ptr<HotSpotWidget> view;
-
-private:
-    Qt::MouseButton m_pressed = Qt::NoButton;
 };
 
 /// Colours of the icons.

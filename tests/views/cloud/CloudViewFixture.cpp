@@ -3,12 +3,6 @@
 
 #include "tests/views/cloud/CloudViewFixture.h"
 
-#include <QApplication>
-#include <QScreen>
-#include <QTest>
-#include <QWheelEvent>
-#include <QWindow>
-
 namespace {
 
 QImage icon(QColor colour)
@@ -27,30 +21,6 @@ CloudViewFixture::CloudViewFixture()
     , view(std::make_unique<PntCloudWidget>())
 {
     view->setUp(&owner, &box, &boxOn, &remove);
-}
-
-void CloudViewFixture::TearDown()
-{
-    if (m_pressed != Qt::NoButton) release({0, 0}, m_pressed);
-}
-
-void CloudViewFixture::show(QSize size)
-{
-    view->resize(size);
-    // Tests run side by side on one screen: in its corner, hardly a pointer moved by another one comes by.
-    view->move(view->screen()->geometry().bottomRight() - QPoint(15, 15));
-    view->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(view.get()));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view->size() == size; }));
-    frame();
-}
-
-void CloudViewFixture::resize(QSize size)
-{
-    view->resize(size);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return view->size() == size && view->windowHandle()->size() == size; }));
-    frame();
 }
 
 void CloudViewFixture::load(const QByteArray& file)
@@ -76,23 +46,6 @@ QPoint CloudViewFixture::pixelOf(const CloudDot& dot) const
     return {pixel.x, pixel.y};
 }
 
-void CloudViewFixture::press(QPoint at, Qt::MouseButton button)
-{
-    m_pressed = button;
-    QTest::mousePress(view->windowHandle(), button, Qt::NoModifier, at);
-}
-
-void CloudViewFixture::moveTo(QPoint at)
-{
-    QTest::mouseMove(view->windowHandle(), at);
-}
-
-void CloudViewFixture::release(QPoint at, Qt::MouseButton button)
-{
-    m_pressed = Qt::NoButton;
-    QTest::mouseRelease(view->windowHandle(), button, Qt::NoModifier, at);
-}
-
 void CloudViewFixture::click(QPoint at)
 {
     press(at);
@@ -105,26 +58,6 @@ void CloudViewFixture::drag(QPoint from, QPoint to, Qt::MouseButton button)
     moveTo((from + to) / 2);
     moveTo(to);
     release(to, button);
-}
-
-void CloudViewFixture::wheel(int delta)
-{
-    const QPointF middle = view->rect().center();
-    QWheelEvent event(middle, view->mapToGlobal(middle.toPoint()), QPoint(), QPoint(0, delta), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view.get(), &event);
-}
-
-QRect CloudViewFixture::extentOf(const QImage& frame, QColor colour)
-{
-    QRect extent;
-    const int scale = qRound(frame.devicePixelRatio());
-    for (int y = 0; y < frame.height(); ++y) {
-        for (int x = 0; x < frame.width(); ++x) {
-            if (frame.pixel(x, y) == colour.rgb()) extent |= QRect(x / scale, y / scale, 1, 1);
-        }
-    }
-    return extent;
 }
 
 int CloudViewFixture::countOf(const QImage& frame, QColor colour)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "tests/views/cloud/CloudBytes.h"
+#include "tests/views/GlWindowFixture.h"
 #include "views/PntCloudOwner.h"
 #include "views/PntCloudWidget.h"
 
@@ -47,40 +48,30 @@ public:
 };
 
 /// A point-cloud view in a window of its own, with plainly coloured icons and an owner that records.
-class CloudViewFixture : public testing::Test
+class CloudViewFixture : public GlWindowFixture
 {
 protected:
     using Probe = PntCloudWidgetProbe;
 
     CloudViewFixture();
-    /// A button left pressed would grab the mouse for the next test.
-    void TearDown() override;
+    QOpenGLWidget* widget() const override { return view.get(); }
 
-    /// Shows the view in a window of this size, painted once.
-    void show(QSize size = {542, 463});
-    void resize(QSize size);
+    void show(QSize size = {542, 463}) { showWindow(size); }
     /// Writes a cloud's file and loads it.
     void load(const QByteArray& file);
     void load() { load(bytes.file()); }
     QString path() const { return m_folder.filePath(QStringLiteral("cloud.tmp")); }
 
-    /// Paints and returns the picture; its device pixel ratio is the screen's.
-    QImage frame() { return view->grabFramebuffer(); }
+    using GlWindowFixture::frame;
     QImage frame(const cloud::Camera& camera);
 
     /// Pixel of a point of `bytes` by the view's camera.
     QPoint pixelOf(const CloudDot& dot) const;
 
-    // As a person does it: through the window system, button state and all.
-    void press(QPoint at, Qt::MouseButton button = Qt::LeftButton);
-    void moveTo(QPoint at);
-    void release(QPoint at, Qt::MouseButton button = Qt::LeftButton);
     void click(QPoint at);
     void drag(QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton);
-    void wheel(int delta);
 
-    /// Pixels of exactly this colour, their bounding box in logical pixels.
-    static QRect extentOf(const QImage& frame, QColor colour);
+    /// Pixels of exactly this colour.
     static int countOf(const QImage& frame, QColor colour);
 
     testing::NiceMock<MockCloudOwner> owner;
@@ -94,5 +85,4 @@ protected:
 
 private:
     QTemporaryDir m_folder;
-    Qt::MouseButton m_pressed = Qt::NoButton;
 };
