@@ -6,8 +6,11 @@
 #include "nexomap/src/pair/PairSolver.h"
 #include "nexomap/src/pair/Sphere.h"
 
+#include <Eigen/Dense>
+
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <cstdio>
 #include <thread>
 
@@ -38,16 +41,19 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
     const bool right = turn < 1.0 && (pose.rotation_only ? apart < 0.2
                                       : pose.metric      ? shift < 0.1
                                                          : off < 5.0);
-    char text[512];
+    const Matrix6d covariance = (pose.information + 1e-9 * Matrix6d::Identity()).inverse();
+    char text[640];
     std::snprintf(text, sizeof text,
                   "%s,%d,%d,%.4f,%.3f,%d,%d,%d,%.3f,%.2f,%.4f,%d,%d,%d,%.4f,%.4f,%.3f,%.3f,%d,%.2f,%.3f,%.3f,"
-                  "%.3f,%d,%.4f,%.4f\n",
+                  "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f\n",
                   name.c_str(), pair.index_0, pair.index_1, pair.covisible, apart, int(right),
                   int(pose.metric), int(pose.rotation_only), turn, pose.metric ? shift * 100.0 : off,
                   pose.reliability, e.inliers, e.cells, e.outside, e.inlier_share, e.second_share,
                   e.lean / kDegree, e.rms, e.guided, e.chance, e.elevation / kDegree,
                   e.direction_sigma / kDegree, e.floor_step_m, e.ranges.samples, e.ranges.agree,
-                  e.ranges.violation);
+                  e.ranges.violation, e.ranges.covisible, pose.t_0_from_1.norm(),
+                  std::sqrt(covariance.topLeftCorner<3, 3>().trace()) / kDegree,
+                  std::sqrt(covariance.bottomRightCorner<3, 3>().trace()));
     return text;
 }
 
@@ -72,7 +78,7 @@ int main(int argc, char** argv)
     std::puts(
         "set,a,b,covisible,apart_m,right,metric,rotation_only,turn_deg,off,reliability,inliers,cells,outside,"
         "inlier_share,second_share,lean_deg,rms,guided,chance,elevation_deg,direction_sigma_deg,floor_step_m,"
-        "samples,agree,violation");
+        "samples,agree,violation,range_covisible,length_m,sigma_deg,sigma_m");
     for (const std::string& folder : folders) {
         const auto set = readTruthSet(folder, options);
         if (!set) return 1;
@@ -82,9 +88,12 @@ int main(int argc, char** argv)
             for (std::size_t k = next++; k < lines.size(); k = next++)
                 lines[k] = line(*set, folder, set->pairs[k]);
         };
-        std::thread helper(work);
+        std::vector<std::thread> helpers;
+        for (unsigned k = 1; k < std::thread::hardware_concurrency(); ++k)
+            helpers.emplace_back(work);
         work();
-        helper.join();
+        for (std::thread& helper : helpers)
+            helper.join();
         for (const std::string& text : lines)
             std::fputs(text.c_str(), stdout);
     }
