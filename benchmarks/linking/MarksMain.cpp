@@ -2,11 +2,17 @@
 // SPDX-License-Identifier: MIT
 
 // A linked tour of real panoramas against the directions that people marked in them by eye.
+#include "benchmarks/linking/PanoramaCache.h"
+#include "nexomap/include/NexomapLib.h"
+#include "nexomap/src/interface/Library.h"
+
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -16,9 +22,12 @@ namespace {
 
 constexpr char kUsage[] =
     "bench_marks REPORT.json MARKS.csv [DEGREES]\n"
+    "bench_marks FOLDER MARKS.csv [DEGREES] [--cache DIR] [--pictures DIR]\n"
     "REPORT.json  what tourwright-batch link --report wrote; each panorama's base name without its ending is "
     "its\n"
     "             name in the marks\n"
+    "FOLDER       panorama files, which are linked here; --cache keeps their features for the next run,\n"
+    "             --pictures keeps the pictures of the matches\n"
     "MARKS.csv    columns from, to, yaw_deg (direction of `to` in `from`, 0 the picture's centre, positive "
     "to the\n"
     "             right), placed by eye; pairs that are not listed are unknown\n"
@@ -80,10 +89,8 @@ struct Tour
 };
 
 /// @throws nlohmann::json::exception
-Tour readTour(const char* path)
+Tour readTour(const nlohmann::json& report)
 {
-    std::ifstream file(path);
-    const nlohmann::json report = nlohmann::json::parse(file);
     Tour tour;
     std::map<std::string, std::string> names;
     for (const auto& panorama : report.at("panoramas")) {
@@ -102,6 +109,62 @@ Tour readTour(const char* path)
             if (group == from) group = to;
     }
     return tour;
+}
+
+struct FolderOptions
+{
+    std::string cache, pictures;
+};
+
+/// Links the panorama files of a folder and writes the result as a report.
+/// @return null when they cannot be linked
+nlohmann::json linkFolder(const std::string& folder, const FolderOptions& options)
+{
+    namespace fs = std::filesystem;
+    nexomap::FrontEnd front_end = nexomap::panoramaFileFrontEnd();
+    std::map<std::string, std::string> names; // by identity
+    front_end.load = [&names, options, load = front_end.load](const std::string& path, std::string* error) {
+        const auto panorama = cachedPanorama(options.cache, path, error, load);
+        if (panorama) names[panorama->id] = fs::path(path).stem().string();
+        return panorama;
+    };
+    nexomap::setFrontEnd(front_end);
+    const fs::path work = options.pictures.empty()
+                              ? fs::temp_directory_path() / ("bench_marks-" + std::to_string(getpid()))
+                              : fs::path(options.pictures);
+    fs::create_directories(work);
+    if (NexomapInit(work.c_str(), 0) != NEXOMAP_OK) return {};
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().extension() == ".pno") files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const fs::path& file : files)
+        if (const int status = NexomapAddNode(file.c_str()); status != NEXOMAP_OK)
+            std::printf("  %s is left out (status %d)\n", file.filename().c_str(), status);
+    if (NexomapFinishAddNode() != NEXOMAP_OK) return {};
+    nlohmann::json report{{"panoramas", nlohmann::json::array()}, {"links", nlohmann::json::array()}};
+    for (int k = 0; k < NexomapGetPanoNodeNum(); ++k) {
+        char id[16], plan[256];
+        double position[3], rotation[9];
+        int x = 0, y = 0;
+        NexomapGetPanoNodeParasB(id, position, position + 1, position + 2, rotation, &x, &y, plan, k);
+        report["panoramas"].push_back(
+            {{"id", id}, {"base_name", names.at(id)}, {"position", position}, {"rotation", rotation}});
+    }
+    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
+        char id_0[16], id_1[16];
+        double v[8], reliability = 0.0;
+        int mode = 0;
+        NexomapGetPanoMatchParas(id_0, id_1, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7, &mode,
+                                 &reliability, k);
+        report["links"].push_back(
+            {{"id0", id_0}, {"id1", id_1}, {"rot_0", v[0]}, {"rot_1", v[1]}, {"reliability", reliability}});
+        std::printf("  link %s %s, reliability %.2f, mode %d\n", names.at(id_0).c_str(),
+                    names.at(id_1).c_str(), reliability, mode);
+    }
+    NexomapClean();
+    if (options.pictures.empty()) fs::remove_all(work);
+    return report;
 }
 
 void compare(const Tour& tour, const std::map<Way, double>& marks, double tolerance)
@@ -148,13 +211,30 @@ void compare(const Tour& tour, const std::map<Way, double>& marks, double tolera
 
 int main(int argc, char** argv)
 {
-    if (argc < 3) return std::fputs(kUsage, argc == 2 ? stdout : stderr), argc == 2 ? 0 : 2;
-    const std::map<Way, double> marks = readMarks(argv[2]);
-    if (marks.empty()) return std::fprintf(stderr, "%s: no marks in it\n", argv[2]), 1;
+    FolderOptions options;
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--cache" && i + 1 < argc)
+            options.cache = argv[++i];
+        else if (argument == "--pictures" && i + 1 < argc)
+            options.pictures = argv[++i];
+        else
+            arguments.push_back(argument);
+    }
+    if (arguments.size() < 2) return std::fputs(kUsage, argc == 2 ? stdout : stderr), argc == 2 ? 0 : 2;
+    const std::map<Way, double> marks = readMarks(arguments[1].c_str());
+    if (marks.empty()) return std::fprintf(stderr, "%s: no marks in it\n", arguments[1].c_str()), 1;
     try {
-        compare(readTour(argv[1]), marks, argc > 3 ? std::strtod(argv[3], nullptr) : 30.0);
+        nlohmann::json report;
+        if (std::filesystem::is_directory(arguments[0]))
+            report = linkFolder(arguments[0], options);
+        else
+            report = nlohmann::json::parse(std::ifstream(arguments[0]));
+        compare(readTour(report), marks,
+                arguments.size() > 2 ? std::strtod(arguments[2].c_str(), nullptr) : 30.0);
     } catch (const std::exception& error) {
-        return std::fprintf(stderr, "%s: %s\n", argv[1], error.what()), 1;
+        return std::fprintf(stderr, "%s: %s\n", arguments[0].c_str(), error.what()), 1;
     }
     return 0;
 }

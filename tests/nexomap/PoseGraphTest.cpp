@@ -232,28 +232,29 @@ TEST(CyclePruning, WithoutScaleASideThatPointsElsewhereIsCutThoughItTurnsRightly
         EXPECT_EQ(kept[e] != 0, e != wrong) << graph.edges[e].i << "-" << graph.edges[e].j;
 }
 
-TEST(PoseGraph, WithoutScaleADoubtfulEdgeJoinsNoPartsUnlessATriangleConfirmsIt)
+TEST(PoseGraph, WithoutScaleADoubtfulEdgeStaysOnlyInATriangleWithTwoCertainOnes)
 {
     MadeUpTour tour;
     tour.lidar = false;
     tour.add(0, 0, 0);
     tour.add(3, 0, 1);
     tour.add(1, 3, 2);
-    const auto joined = [&](double reliability, bool third) {
+    const auto keepsTheFirst = [&](const std::vector<double>& reliabilities) {
         Graph graph;
         const std::pair<int, int> pairs[] = {{0, 1}, {0, 2}, {1, 2}};
-        for (int k = 0; k < (third ? 3 : 1); ++k) {
+        for (std::size_t k = 0; k < reliabilities.size(); ++k) {
             graph.poses.push_back(tour.pairPose(pairs[k].first, pairs[k].second));
-            graph.poses.back().reliability = reliability;
+            graph.poses.back().reliability = reliabilities[k];
         }
         for (std::size_t k = 0; k < graph.poses.size(); ++k)
             graph.edges.push_back({pairs[k].first, pairs[k].second, &graph.poses[k], false});
-        const GraphSolution solution = graph.solve(3);
-        return solution.component[0] == solution.component[1];
+        return bool(graph.solve(3).kept[0]);
     };
-    EXPECT_FALSE(joined(0.55, false));
-    EXPECT_TRUE(joined(0.9, false));
-    EXPECT_TRUE(joined(0.55, true));
+    EXPECT_FALSE(keepsTheFirst({0.55}));
+    EXPECT_TRUE(keepsTheFirst({0.9}));
+    EXPECT_TRUE(keepsTheFirst({0.55, 0.9, 0.9}));
+    // A room's twin: two doubtful edges that agree because both lead there.
+    EXPECT_FALSE(keepsTheFirst({0.55, 0.55, 0.9}));
 }
 
 } // namespace

@@ -217,9 +217,15 @@ void pruneCycles(int nodes, const std::vector<GraphEdge>& edges, std::vector<cha
 void dropUnconfirmed(int nodes, const std::vector<GraphEdge>& edges, std::vector<char>& kept)
 {
     std::vector<char> confirmed(edges.size(), 0);
-    for (const Cycle& cycle : Cycles(nodes, edges, kept).all)
-        for (int k = 0; k < cycle.length && !cycle.bad; ++k)
-            confirmed[cycle.edges[k]] = 1;
+    for (const Cycle& cycle : Cycles(nodes, edges, kept).all) {
+        if (cycle.bad) continue;
+        // Two doubtful edges from one station to two that know each other agree when both lead to a room's
+        // twin: one doubtful edge a cycle.
+        int doubtful = -1, count = 0;
+        for (int k = 0; k < cycle.length; ++k)
+            if (edges[cycle.edges[k]].pose->reliability < kCertain) doubtful = cycle.edges[k], ++count;
+        if (count == 1) confirmed[doubtful] = 1;
+    }
     for (std::size_t e = 0; e < edges.size(); ++e) {
         const PairPose& pose = *edges[e].pose;
         if (!edges[e].connector && !pose.metric && !pose.rotation_only && !confirmed[e] &&

@@ -43,6 +43,22 @@ double directionSigma(const Matrix6d& information)
     return std::sqrt(std::max(0.0, axes.eigenvalues()[1]));
 }
 
+/// Median angle under which the inliers' points see the two stations.
+double medianParallax(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                      const Eigen::Matrix3d& R)
+{
+    std::vector<double> angles;
+    for (const int i : inliers) {
+        const Eigen::Vector3d a = matches[std::size_t(i)].bearing_0,
+                              b = R * matches[std::size_t(i)].bearing_1;
+        angles.push_back(std::atan2(a.cross(b).norm(), a.dot(b)));
+    }
+    if (angles.empty()) return 0.0;
+    const auto middle = angles.begin() + std::ptrdiff_t(angles.size() / 2);
+    std::nth_element(angles.begin(), middle, angles.end());
+    return *middle;
+}
+
 } // namespace
 
 std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentative, PairRandom& random,
@@ -73,7 +89,10 @@ std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentati
 
     evidence->lean = leanOf(refined.pose.R);
     evidence->rms = refined.rms / (0.1 * kDegree);
-    evidence->elevation = 0.5 * kPi - polarOf(refined.pose.t);
+    // Against the middle of the two verticals: neither camera need stand upright.
+    const Eigen::Vector3d vertical = (Eigen::Vector3d::UnitZ() + refined.pose.R.col(2)).normalized();
+    evidence->elevation = std::asin(std::clamp(refined.pose.t.dot(vertical), -1.0, 1.0));
+    evidence->parallax = medianParallax(tentative, inliers, refined.pose.R);
     evidence->direction_sigma = directionSigma(refined.information * kInformationShare);
     PairPose pose;
     pose.R_0_from_1 = refined.pose.R;

@@ -19,7 +19,9 @@ namespace {
 constexpr int kMaxDraws = 6000;
 constexpr int kMinDraws = 600;
 constexpr std::size_t kMinSupport = 12;
-constexpr int kGlance = 48; // matches looked at before a hypothesis is scored in full
+constexpr int kGlance = 48;    // matches looked at before a hypothesis is scored in full
+constexpr int kPromising = 30; // hypotheses that are polished though others fit better at first
+constexpr double kLeanSpread = 3.0 * kDegree; // of cameras held by hand, against each other
 
 double matchScore(const RigidPose& pose, const Correspondence& match, double tolerance)
 {
@@ -27,6 +29,20 @@ double matchScore(const RigidPose& pose, const Correspondence& match, double tol
     if (angle < 0.0 || angle > tolerance) return 0.0;
     const double share = angle / tolerance;
     return 1.0 - share * share;
+}
+
+/// A small rotation about a level axis: how a camera that is held by hand leans against another.
+Eigen::Matrix3d randomLean(PairRandom& random)
+{
+    const auto spread = [&] { // about normal, the same on every machine
+        double sum = -2.0;
+        for (int k = 0; k < 4; ++k)
+            sum += random.below(1 << 20) / double(1 << 20);
+        return sum * std::sqrt(3.0) * kLeanSpread;
+    };
+    const double x = spread(), y = spread();
+    return (Eigen::AngleAxisd(x, Eigen::Vector3d::UnitX()) * Eigen::AngleAxisd(y, Eigen::Vector3d::UnitY()))
+        .toRotationMatrix();
 }
 
 /// Sum over the matches; gives up early on a hypothesis that a glance shows to be hopeless.
@@ -102,21 +118,25 @@ std::optional<PoseHypothesis> estimateBearingPose(const std::vector<Corresponden
     constexpr double kWide = 2.0 * kEpipolarTolerance; // before the lean is solved for
     double best_score = 0.0, polished_score = 0.0;
     RigidPose best;
-    int draws = kMaxDraws;
+    int draws = kMaxDraws, promising = kPromising;
     for (int draw = 0; draw < draws; ++draw) {
         // Every second draw among the better half: descriptors that agree well are right more often.
         const int reach = draw % 2 ? count : std::max(int(kMinSupport), count / 2);
         const int i = random.below(reach), j = random.below(reach), k = random.below(reach);
         if (i == j || j == k || i == k) continue;
-        const auto poses = solveUpright({pool[i]->bearing_0, pool[j]->bearing_0, pool[k]->bearing_0},
-                                        {pool[i]->bearing_1, pool[j]->bearing_1, pool[k]->bearing_1});
+        // Every third draw leans: level cameras are found by the others, and the polish below mends a degree.
+        const Eigen::Matrix3d lean = draw % 3 == 2 ? randomLean(random) : Eigen::Matrix3d::Identity();
+        const auto poses =
+            solveUpright({pool[i]->bearing_0, pool[j]->bearing_0, pool[k]->bearing_0},
+                         {lean * pool[i]->bearing_1, lean * pool[j]->bearing_1, lean * pool[k]->bearing_1});
         for (RigidPose pose : poses) {
+            pose.R = pose.R * lean;
             // The sign of t: the first sample stands in front of both.
             if (epipolarAngle(pose, *pool[i]) < 0.0) pose.t = -pose.t;
             if (epipolarAngle(pose, *pool[j]) < 0.0 || epipolarAngle(pose, *pool[k]) < 0.0) continue;
             const double score = scoreOf(pool, pose, kWide, best_score);
-            if (score <= best_score) continue;
-            best_score = score;
+            if (score <= best_score && (score < 0.7 * best_score || --promising < 0)) continue;
+            best_score = std::max(best_score, score);
             RigidPose fine = pose;
             for (const double tolerance : {2.0 * kWide, kWide, kEpipolarTolerance}) {
                 const auto inliers = epipolarInliers(kept, fine, tolerance);

@@ -91,17 +91,19 @@ double bearingReliability(const Evidence& e)
     // The numbers of inliers and of the cells that they occupy got no weight: what repeats makes as many of
     // them.
     constexpr double kConstant = -4.4716;
-    const double elevation_deg = std::abs(e.elevation) / kDegree, sigma_deg = e.direction_sigma / kDegree;
+    // Cameras that lean against each other lean as much from the vertical: that much elevation is theirs.
+    const double elevation_deg = std::max(0.0, (std::abs(e.elevation) - 0.5 * e.lean) / kDegree),
+                 sigma_deg = e.direction_sigma / kDegree;
     const std::pair<double, double> terms[] = {
         {0.1352, std::log1p(std::min(e.outside, 100))},        // outside the densest 25 degrees
         {-1.0722, e.second_share},                             // second pose's share
-        {-0.3550, std::clamp(elevation_deg - 1.5, 0.0, 15.0)}, // elevation beyond 1.5 degrees
+        {-0.3550, std::clamp(elevation_deg - 1.5, 0.0, 6.0)},  // elevation beyond 1.5 degrees
         {-2.2156, std::log(std::clamp(sigma_deg, 0.03, 3.0))}, // log of the direction's deviation
     };
     double z = kConstant;
     for (const auto& [weight, value] : terms)
         z += weight * value;
-    z -= std::max(0.0, e.lean / kDegree - 3.0); // the buildings' cameras all stood upright
+    z -= 0.3 * std::max(0.0, e.lean / kDegree - 3.0);
     return logistic(z);
 }
 

@@ -21,6 +21,7 @@ struct Evidence
     int guided = 0;               ///< matches found anew where the pose says they lie
     double chance = 0.0;          ///< the same for wrong poses nearby: what repeated texture gives by itself
     double elevation = 0.0;       ///< of the other camera, radians; panoramas stand on floors
+    double parallax = 0.0;        ///< median angle between the two bearings of an inlier, radians
     double direction_sigma = 0.0; ///< uncertainty of t's direction, radians
     double floor_step_m = 0.0; ///< metric only: from one's floor up to the other's; 0 when either is unknown
     RangeAgreement ranges;     ///< metric only
