@@ -123,47 +123,65 @@ FileStore::Room::~Room()
     m_store.m_taken[m_account.id] -= m_taken;
 }
 
+FileStore::Room FileStore::room(const Account& account, FileKind kind, std::string_view name)
+{
+    const auto earlier = find(account.id, kind, name);
+    return Room(*this, account, earlier ? earlier->bytes : 0);
+}
+
 bool FileStore::Room::take(std::int64_t bytes)
 {
-    if (bytes <= m_taken) return true;
+    const std::int64_t beyond = bytes - m_replaced;
+    if (beyond <= m_taken) return true;
     const std::lock_guard<std::mutex> guard(m_store.m_roomLock);
     std::int64_t& all = m_store.m_taken[m_account.id];
-    const std::int64_t more = bytes - m_taken;
+    const std::int64_t more = beyond - m_taken;
     if (more > m_account.quota - m_store.used(m_account.id) - all) return false;
     all += more;
-    m_taken = bytes;
+    m_taken = beyond;
     return true;
 }
 
-bool FileStore::keep(const Account& account, FileKind kind, const std::string& name, IncomingFile& file)
+FileStore::Kept FileStore::enter(const Account& account, FileKind kind, const std::string& name,
+                                 const std::string& stored, std::int64_t bytes, std::string* earlier)
+{
+    const std::lock_guard<std::mutex> guard(m_database.lock);
+    Transaction transaction(m_database);
+    std::int64_t others = 0;
+    {
+        Query query(m_database, "SELECT stored FROM files WHERE user = ? AND kind = ? AND name = ?");
+        if (query.bind(account.id).bind(textOf(kind)).bind(name).row()) *earlier = query.text(0);
+        Query sum(m_database, "SELECT COALESCE(SUM(bytes), 0) FROM files WHERE user = ? AND stored <> ?");
+        if (!sum.bind(account.id).bind(*earlier).row()) return Kept::Failed;
+        others = sum.integer(0);
+    }
+    if (others + bytes > account.quota) return Kept::NoRoom;
+    const bool entered =
+        Query(m_database, "INSERT INTO files(user, kind, name, stored, bytes) VALUES(?, ?, ?, ?, ?) "
+                          "ON CONFLICT(user, kind, name) DO UPDATE SET stored = excluded.stored, "
+                          "bytes = excluded.bytes")
+            .bind(account.id)
+            .bind(textOf(kind))
+            .bind(name)
+            .bind(stored)
+            .bind(bytes)
+            .run() &&
+        transaction.commit();
+    return entered ? Kept::Yes : Kept::Failed;
+}
+
+FileStore::Kept FileStore::keep(const Account& account, FileKind kind, const std::string& name,
+                                IncomingFile& file)
 {
     const fs::path folder = folderOf(account.id);
     const std::string stored =
         name.substr(0, name.find('.')) + '.' + randomLetters(12) + std::string(endingOf(kind));
     const std::string path = (folder / stored).string();
-    if (!makeFolder(folder) || !file.moveTo(path)) return false;
+    if (!makeFolder(folder) || !file.moveTo(path)) return Kept::Failed;
     std::string earlier;
-    bool kept = false;
-    {
-        const std::lock_guard<std::mutex> guard(m_database.lock);
-        Transaction transaction(m_database);
-        {
-            Query query(m_database, "SELECT stored FROM files WHERE user = ? AND kind = ? AND name = ?");
-            if (query.bind(account.id).bind(textOf(kind)).bind(name).row()) earlier = query.text(0);
-        }
-        kept = Query(m_database, "INSERT INTO files(user, kind, name, stored, bytes) VALUES(?, ?, ?, ?, ?) "
-                                 "ON CONFLICT(user, kind, name) DO UPDATE SET stored = excluded.stored, "
-                                 "bytes = excluded.bytes")
-                   .bind(account.id)
-                   .bind(textOf(kind))
-                   .bind(name)
-                   .bind(stored)
-                   .bind(file.bytes())
-                   .run() &&
-               transaction.commit();
-    }
+    const Kept kept = enter(account, kind, name, stored, file.bytes(), &earlier);
     std::error_code ignored;
-    if (!kept)
+    if (kept != Kept::Yes)
         fs::remove(path, ignored);
     else if (!earlier.empty())
         fs::remove(folder / earlier, ignored);

@@ -48,7 +48,8 @@ public:
     /// A file to receive an upload into.
     IncomingFile incoming() const;
 
-    /// Room that an upload under way takes of an account's quota, given back on destruction.
+    /// Room that an upload under way takes of an account's quota, given back on destruction. What the upload
+    /// is to replace makes room for it.
     class Room
     {
     public:
@@ -61,19 +62,28 @@ public:
 
     private:
         friend class FileStore;
-        Room(FileStore& store, const Account& account)
+        Room(FileStore& store, const Account& account, std::int64_t replaced)
             : m_store(store)
             , m_account(account)
+            , m_replaced(replaced)
         {}
 
         FileStore& m_store;
         Account m_account;
-        std::int64_t m_taken = 0;
+        std::int64_t m_replaced;  ///< bytes of the earlier file of that name
+        std::int64_t m_taken = 0; ///< beyond those
     };
-    Room room(const Account& account) { return Room(*this, account); }
+    Room room(const Account& account, FileKind kind, std::string_view name);
+
+    enum class Kept
+    {
+        Yes,
+        NoRoom, ///< the earlier file became smaller, or went, while this one was under way
+        Failed
+    };
 
     /// Puts a whole file in its place, on the disk, instead of an earlier one of that name.
-    [[nodiscard]] bool keep(const Account& account, FileKind kind, const std::string& name,
+    [[nodiscard]] Kept keep(const Account& account, FileKind kind, const std::string& name,
                             IncomingFile& file);
 
     std::optional<StoredFile> find(std::int64_t user, FileKind kind, std::string_view name);
@@ -85,6 +95,8 @@ public:
     std::int64_t used(std::int64_t user);
 
 private:
+    Kept enter(const Account& account, FileKind kind, const std::string& name, const std::string& stored,
+               std::int64_t bytes, std::string* earlier);
     std::string folderOf(std::int64_t user) const;
     void forgetMissingFiles();
     void removeStrayFiles();

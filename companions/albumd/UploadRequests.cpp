@@ -19,7 +19,8 @@ namespace {
 constexpr std::int64_t kKibi = 1024;
 constexpr std::int64_t kMebi = kKibi * kKibi;
 constexpr std::size_t kMostPanoramas = 10'000; ///< in an album
-constexpr std::size_t kLongestNotes = 1024;    ///< bytes of an album's name
+constexpr const char* kNoRoom = "the account has no room left";
+constexpr std::size_t kLongestNotes = 1024; ///< bytes of an album's name
 
 struct Bound
 {
@@ -157,7 +158,7 @@ bool UploadRequests::receiveFile(Call& call, IncomingFile& file, FileStore::Room
     } else if (!whole || (call.statedBytes >= 0 && received != call.statedBytes)) {
         call.turnAway(400, "the file ended early");
     } else if (!hasRoom) {
-        answerError(call.response, 1, "the account has no room left");
+        answerError(call.response, 1, kNoRoom);
     } else if (!file.finish()) {
         refuse(call.response, 500, "the file cannot be stored");
     } else {
@@ -179,10 +180,14 @@ bool UploadRequests::receiveText(Call& call, std::string* text)
 
 void UploadRequests::keep(Call& call, FileKind kind, const std::string& name, IncomingFile& file)
 {
-    if (m_files.keep(call.account, kind, name, file))
-        answerOk(call.response);
-    else
-        refuse(call.response, 500, "the file cannot be stored");
+    switch (m_files.keep(call.account, kind, name, file)) {
+    case FileStore::Kept::Yes:
+        return answerOk(call.response);
+    case FileStore::Kept::NoRoom:
+        return answerError(call.response, 1, kNoRoom);
+    case FileStore::Kept::Failed:
+        return refuse(call.response, 500, "the file cannot be stored");
+    }
 }
 
 bool UploadRequests::ownsPanorama(const Call& call, const std::string& id)
@@ -194,7 +199,7 @@ void UploadRequests::uploadPanorama(Call& call)
 {
     const std::string id = call.target.item("panoid");
     if (!isPanoramaId(id)) return call.turnAway(400, "panoid is no panorama's id");
-    FileStore::Room room = m_files.room(call.account);
+    FileStore::Room room = m_files.room(call.account, FileKind::Panorama, id);
     IncomingFile file = m_files.incoming();
     if (!receiveFile(call, file, room)) return;
     if (!isPanorama(file.path(), id))
@@ -288,9 +293,10 @@ void UploadRequests::uploadModel(Call& call)
     const std::string level = call.target.item("levelSel");
     if (!ownsPanorama(call, pano_0) || !ownsPanorama(call, pano_1) || !isLevel(level))
         return call.turnAway(400, "this belongs to no panoramas of yours");
-    FileStore::Room room = m_files.room(call.account);
+    const std::string name = pano_0 + '_' + pano_1 + '_' + level;
+    FileStore::Room room = m_files.room(call.account, FileKind::Model, name);
     IncomingFile file = m_files.incoming();
-    if (receiveFile(call, file, room)) keep(call, FileKind::Model, pano_0 + '_' + pano_1 + '_' + level, file);
+    if (receiveFile(call, file, room)) keep(call, FileKind::Model, name, file);
 }
 
 void UploadRequests::uploadPhoto(Call& call)
@@ -299,7 +305,7 @@ void UploadRequests::uploadPhoto(Call& call)
     const std::string name = call.target.item("photoname");
     if (!isPhotoName(name) || name.substr(0, 14) != pano || !ownsPanorama(call, pano))
         return call.turnAway(400, "this belongs to no panorama of yours");
-    FileStore::Room room = m_files.room(call.account);
+    FileStore::Room room = m_files.room(call.account, FileKind::Photo, name);
     IncomingFile file = m_files.incoming();
     if (receiveFile(call, file, room)) keep(call, FileKind::Photo, name, file);
 }

@@ -149,6 +149,22 @@ TEST(AccountsOverHttp, WithoutRoomAnUploadIsAnsweredWithEr1AndNothingIsKept)
     EXPECT_THAT(client.listed(), ElementsAre(b, c));
 }
 
+TEST(AccountsOverHttp, APanoramaSentAgainNeedsOnlyTheRoomThatItTakesMore)
+{
+    AlbumService service(QStringLiteral(ALBUMD_PROGRAM), 1);
+    Client client(service.port());
+    ASSERT_TRUE(client.login());
+    const std::string a = idNumber(0), b = idNumber(1);
+    ASSERT_EQ(client.upload(a, smallPanorama(a, 700 << 10)).body, "OK");
+    EXPECT_EQ(client.upload(a, smallPanorama(a, 700 << 10)).body, "OK") << "as large as before";
+    EXPECT_EQ(client.upload(a, smallPanorama(a, 900 << 10)).body, "OK") << "larger, and fits";
+    EXPECT_EQ(client.upload(a, smallPanorama(a, 1100 << 10)).body.substr(0, 4), "ER 1");
+    EXPECT_EQ(client.upload(b, smallPanorama(b, 300 << 10)).body.substr(0, 4), "ER 1");
+    EXPECT_EQ(client.upload(a, smallPanorama(a, 300 << 10)).body, "OK") << "smaller";
+    EXPECT_EQ(client.upload(b, smallPanorama(b, 300 << 10)).body, "OK") << "the room that it gave back";
+    EXPECT_THAT(client.listed(), ElementsAre(a, b));
+}
+
 TEST(AccountsOverHttp, TwoAccountsSeeNothingOfEachOther)
 {
     AlbumService service(QStringLiteral(ALBUMD_PROGRAM));
