@@ -4,13 +4,16 @@
 #include "tests/app/support/UploadTest.h"
 
 #include <QAction>
+#include <QEventLoop>
 #include <QLineEdit>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 #include <cstring>
+#include <functional>
 #include <ostream>
 
 void PrintTo(const UploadState& state, std::ostream* stream)
@@ -20,7 +23,38 @@ void PrintTo(const UploadState& state, std::ostream* stream)
             << ", progress " << state.progress;
 }
 
+namespace {
+
+/// In an event loop of its own: QTest::qWaitFor sleeps between looks, and an upload goes on only as fast as
+/// events are taken.
+bool waitUntil(const std::function<bool()>& holds, int timeout_ms)
+{
+    QEventLoop loop;
+    QTimer look, end;
+    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+        if (holds()) loop.exit(1);
+    });
+    QObject::connect(&end, &QTimer::timeout, &loop, [&] { loop.exit(0); });
+    end.setSingleShot(true);
+    look.start(10);
+    end.start(timeout_ms);
+    return holds() || loop.exec() == 1;
+}
+
+} // namespace
+
 UploadTest::UploadTest()
+{
+    watchReplies();
+}
+
+UploadTest::UploadTest(std::unique_ptr<Linker> library)
+    : WindowTest(std::move(library))
+{
+    watchReplies();
+}
+
+void UploadTest::watchReplies()
 {
     qRegisterMetaType<QNetworkReply*>();
     auto* network = window->findChild<QNetworkAccessManager*>(QString(), Qt::FindDirectChildrenOnly);
@@ -79,7 +113,7 @@ void UploadTest::upload()
 
 void UploadTest::waitForReplies(int count, int timeout_ms)
 {
-    ASSERT_TRUE(QTest::qWaitFor([&] { return replies->count() >= count; }, timeout_ms))
+    ASSERT_TRUE(waitUntil([&] { return replies->count() >= count; }, timeout_ms))
         << replies->count() << " replies instead of " << count;
 }
 
@@ -94,7 +128,7 @@ SeenBox UploadTest::waitForBox(int timeout_ms)
 {
     robot->press(QMessageBox::Ok);
     const bool came =
-        QTest::qWaitFor([&] { return !robot->boxes.empty() && robot->done() && atRest(); }, timeout_ms);
+        waitUntil([&] { return !robot->boxes.empty() && robot->done() && atRest(); }, timeout_ms);
     EXPECT_TRUE(came) << "no box after " << service.words().join(QLatin1Char(' ')).toStdString();
     return came ? robot->boxes.back() : SeenBox();
 }

@@ -35,6 +35,7 @@ class UploadTest : public WindowTest
 {
 protected:
     UploadTest();
+    explicit UploadTest(std::unique_ptr<Linker> library);
     ~UploadTest() override;
 
     /// The service's script is made by the test; then this starts it and points the program there.
@@ -75,6 +76,9 @@ protected:
 
     ScriptedService service;
     std::unique_ptr<QSignalSpy> replies;
+
+private:
+    void watchReplies();
 };
 
 /// Expects kind, title, text, one OK button, modal to the window.

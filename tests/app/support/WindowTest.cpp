@@ -48,13 +48,25 @@ WindowTest::WindowTest()
 {
     auto recording = std::make_unique<RecordingLinker>();
     linker = recording.get();
-    window = std::make_unique<Tourwright>(std::move(recording));
+    show(std::move(recording));
+    linker->calls.clear();
+}
+
+WindowTest::WindowTest(std::unique_ptr<Linker> library)
+    : temporary(QDir::tempPath() + QStringLiteral(u"/漫游 été XXXXXX"))
+    , folder(temporary.path() + QLatin1Char('/'))
+{
+    show(std::move(library));
+}
+
+void WindowTest::show(std::unique_ptr<Linker> library)
+{
+    window = std::make_unique<Tourwright>(std::move(library));
     const ProjectFolders folders = makeProjectFolders(folder, QStringLiteral("en_US")).folders;
     window->handOver(folders.application, folders.working, folders.output, folders.viewer);
     window->resize(1366, 740);
     window->show();
     if (!QTest::qWaitForWindowExposed(window.get())) qFatal("the window does not show");
-    linker->calls.clear();
     robot = std::make_unique<DialogRobot>(window.get());
 }
 
@@ -62,7 +74,7 @@ WindowTest::~WindowTest() = default;
 
 void WindowTest::TearDown()
 {
-    if (window) linker->onCall = nullptr;
+    if (window && linker) linker->onCall = nullptr;
 }
 
 QString WindowTest::writeFile(const QString& path, const QByteArray& content)

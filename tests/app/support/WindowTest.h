@@ -22,6 +22,8 @@ class WindowTest : public testing::Test
 protected:
     /// The folder's name holds Chinese, a blank and an accent.
     WindowTest();
+    /// With this linking library instead; `linker` is then null.
+    explicit WindowTest(std::unique_ptr<Linker> library);
     ~WindowTest() override;
     /// What a test hung into the library goes with its body; the window outlives it.
     void TearDown() override;
@@ -65,9 +67,13 @@ protected:
     /// What the table shows, row by row, cells separated by "|".
     QStringList rows(const char* table) const;
 
+private:
+    void show(std::unique_ptr<Linker> library);
+
+protected:
     QTemporaryDir temporary;
     QString folder; ///< the program's folder, ends in "/"
-    RecordingLinker* linker;
+    RecordingLinker* linker = nullptr;
     std::unique_ptr<Tourwright> window;
     std::unique_ptr<DialogRobot> robot;
 };
