@@ -66,6 +66,7 @@ bool FileStore::prepare(std::string* error)
     }
     forgetMissingFiles();
     removeStrayFiles();
+    removeStrayViews();
     return true;
 }
 
@@ -108,6 +109,20 @@ void FileStore::removeStrayFiles()
     for (const auto& user : fs::directory_iterator(fs::path(m_folder) / "files", error))
         for (const auto& entry : fs::directory_iterator(user.path(), error))
             if (!known.count(entry.path().string())) strays.push_back(entry.path());
+    for (const fs::path& stray : strays)
+        fs::remove(stray, error);
+}
+
+void FileStore::removeStrayViews()
+{
+    std::error_code error;
+    std::vector<fs::path> strays;
+    for (const auto& user : fs::directory_iterator(fs::path(m_folder) / "views", error))
+        for (const auto& entry : fs::directory_iterator(user.path(), error)) {
+            const fs::path file = fs::path(m_folder) / "files" / user.path().filename() / entry.path().stem();
+            std::error_code ignored;
+            if (!fs::exists(file, ignored)) strays.push_back(entry.path());
+        }
     for (const fs::path& stray : strays)
         fs::remove(stray, error);
 }
@@ -181,10 +196,13 @@ FileStore::Kept FileStore::keep(const Account& account, FileKind kind, const std
     std::string earlier;
     const Kept kept = enter(account, kind, name, stored, file.bytes(), &earlier);
     std::error_code ignored;
-    if (kept != Kept::Yes)
+    if (kept != Kept::Yes) {
         fs::remove(path, ignored);
-    else if (!earlier.empty())
+    } else if (!earlier.empty()) {
         fs::remove(folder / earlier, ignored);
+        for (const char* ending : {".json", ".png", ".points"})
+            fs::remove(viewsOf(account.id, earlier) + ending, ignored);
+    }
     return kept;
 }
 
@@ -194,7 +212,8 @@ std::optional<StoredFile> FileStore::find(std::int64_t user, FileKind kind, std:
     Query query(m_database, "SELECT stored, bytes FROM files WHERE user = ? AND kind = ? AND name = ?");
     if (!query.bind(user).bind(textOf(kind)).bind(name).row()) return std::nullopt;
     const std::string stored = query.text(0);
-    return StoredFile{(fs::path(folderOf(user)) / stored).string(), stored, query.integer(1)};
+    return StoredFile{(fs::path(folderOf(user)) / stored).string(), stored, query.integer(1),
+                      viewsOf(user, stored)};
 }
 
 std::vector<std::string> FileStore::names(std::int64_t user, FileKind kind)
@@ -213,6 +232,16 @@ std::int64_t FileStore::used(std::int64_t user)
     const std::lock_guard<std::mutex> guard(m_database.lock);
     Query query(m_database, "SELECT COALESCE(SUM(bytes), 0) FROM files WHERE user = ?");
     return query.bind(user).row() ? query.integer(0) : 0;
+}
+
+bool FileStore::makeViewsFolder(const StoredFile& file) const
+{
+    return makeFolder(fs::path(file.views).parent_path());
+}
+
+std::string FileStore::viewsOf(std::int64_t user, const std::string& stored) const
+{
+    return (fs::path(m_folder) / "views" / std::to_string(user) / stored).string();
 }
 
 std::string FileStore::folderOf(std::int64_t user) const

@@ -32,11 +32,13 @@ struct StoredFile
     std::string path;
     std::string stored; ///< the file's own name, another one with each upload
     std::int64_t bytes = 0;
+    std::string views; ///< what is derived from it is kept under this path and an ending, see CloudViews
 };
 
 /// Below the data folder: incoming/ holds what is still coming, files/USER/ what is whole. A row in the
 /// database appears when its file is on the disk, so that a row always has its file; a file without a row is
-/// the remains of an upload that was cut off, and goes at the next start.
+/// the remains of an upload that was cut off, and goes at the next start. views/USER/ holds what was derived
+/// from files, and goes with them.
 class FileStore
 {
 public:
@@ -88,6 +90,9 @@ public:
 
     std::optional<StoredFile> find(std::int64_t user, FileKind kind, std::string_view name);
 
+    /// The folder of its `views`.
+    [[nodiscard]] bool makeViewsFolder(const StoredFile& file) const;
+
     /// In order of their names.
     std::vector<std::string> names(std::int64_t user, FileKind kind);
 
@@ -98,8 +103,10 @@ private:
     Kept enter(const Account& account, FileKind kind, const std::string& name, const std::string& stored,
                std::int64_t bytes, std::string* earlier);
     std::string folderOf(std::int64_t user) const;
+    std::string viewsOf(std::int64_t user, const std::string& stored) const;
     void forgetMissingFiles();
     void removeStrayFiles();
+    void removeStrayViews();
 
     Database& m_database;
     std::string m_folder;

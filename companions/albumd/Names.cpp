@@ -85,6 +85,11 @@ bool isPhotoName(std::string_view text)
            (ending == ".jpg" || ending == ".png" || ending == ".cld");
 }
 
+bool isCloudName(std::string_view text)
+{
+    return isPhotoName(text) && text.substr(23) == ".cld";
+}
+
 bool isEmail(std::string_view text)
 {
     const std::size_t at = text.find('@');

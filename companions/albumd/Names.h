@@ -22,6 +22,9 @@ bool isLevel(std::string_view text);
 /// A panorama's id, "-" or "_", eight letters or digits, ".jpg", ".png" or ".cld": 27 characters.
 bool isPhotoName(std::string_view text);
 
+/// The photo's name of a map that is a cloud.
+bool isCloudName(std::string_view text);
+
 /// An address that the upload dialog lets through.
 bool isEmail(std::string_view text);
 

@@ -39,11 +39,25 @@ std::string pictureType(const std::string& start)
     return std::string();
 }
 
+void sendFile(const std::shared_ptr<std::ifstream>& file, std::size_t bytes, const std::string& type,
+              httplib::Response& response)
+{
+    response.set_content_provider(
+        bytes, type, [file](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+            std::string piece(std::min(length, kPieceBytes), '\0');
+            file->clear();
+            file->seekg(static_cast<std::streamoff>(offset));
+            file->read(piece.data(), static_cast<std::streamsize>(piece.size()));
+            return file->gcount() > 0 && sink.write(piece.data(), static_cast<std::size_t>(file->gcount()));
+        });
+}
+
 } // namespace
 
-PageRequests::PageRequests(FileStore& files, Albums& albums)
+PageRequests::PageRequests(FileStore& files, Albums& albums, CloudViews& views)
     : m_files(files)
     , m_albums(albums)
+    , m_views(views)
     , m_panoramas(kOpenPanoramas)
 {}
 
@@ -57,6 +71,7 @@ bool PageRequests::answer(const RequestTarget& target, const httplib::Request& r
     if (!isAlbumId(parts[1])) return false;
     if (parts.size() == 3 && parts[2] == "tour") return tour(parts[1], response);
     if (parts.size() == 4 && parts[2] == "photo") return photo(parts[1], parts[3], response);
+    if (parts.size() >= 4 && parts[2] == "cloud") return cloud(parts, response);
     return parts.size() == 7 && parts[2] == "tile" && tile(parts, response);
 }
 
@@ -76,7 +91,7 @@ bool PageRequests::tour(const std::string& id, httplib::Response& response)
     if (!album) return false;
     response.status = 200;
     response.set_header("Cache-Control", "no-cache");
-    response.set_content(describeTour(*album, m_files, m_panoramas), "application/json");
+    response.set_content(describeTour(*album, m_files, m_panoramas, m_views), "application/json");
     return true;
 }
 
@@ -117,15 +132,27 @@ bool PageRequests::photo(const std::string& id, const std::string& name, httplib
     if (type.empty()) return false;
     response.status = 200;
     response.set_header("Cache-Control", "no-cache");
-    response.set_content_provider(
-        static_cast<std::size_t>(stored->bytes), type,
-        [file](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-            std::string piece(std::min(length, kPieceBytes), '\0');
-            file->clear();
-            file->seekg(static_cast<std::streamoff>(offset));
-            file->read(piece.data(), static_cast<std::streamsize>(piece.size()));
-            return file->gcount() > 0 && sink.write(piece.data(), static_cast<std::size_t>(file->gcount()));
-        });
+    sendFile(file, static_cast<std::size_t>(stored->bytes), type, response);
+    return true;
+}
+
+bool PageRequests::cloud(const std::vector<std::string>& parts, httplib::Response& response)
+{
+    const bool asPoints = parts.size() == 5 && parts[4] == "points";
+    if ((parts.size() != 4 && !asPoints) || !isCloudName(parts[3])) return false;
+    const auto owner = m_albums.ownerOfPhoto(parts[1], parts[3]);
+    const auto stored = owner ? m_files.find(*owner, FileKind::Photo, parts[3]) : std::nullopt;
+    if (!stored || !m_views.describe(*stored)) return false;
+    const auto file = std::make_shared<std::ifstream>(
+        asPoints ? CloudViews::points(*stored) : CloudViews::picture(*stored), std::ios::binary);
+    file->seekg(0, std::ios::end);
+    const auto bytes = static_cast<std::streamoff>(file->tellg());
+    if (!*file || bytes <= 0) return false;
+    response.status = 200;
+    // The address names the stored file, which never changes.
+    response.set_header("Cache-Control", "private, max-age=604800, immutable");
+    sendFile(file, static_cast<std::size_t>(bytes), asPoints ? "application/octet-stream" : "image/png",
+             response);
     return true;
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "companions/albumd/Albums.h"
+#include "companions/albumd/CloudViews.h"
 #include "companions/albumd/FileStore.h"
 #include "companions/albumd/PanoramaCache.h"
 #include "companions/albumd/RequestTarget.h"
@@ -18,11 +19,13 @@ namespace albumd {
 /// /album/ID/tour                             what the page has to know, as JSON
 /// /album/ID/tile/PANORAMA/LEVEL/COLUMN/ROW   a tile as it stands in the panorama file
 /// /album/ID/photo/NAME                       a photo or plan
+/// /album/ID/cloud/NAME                       a cloud from above, as PNG
+/// /album/ID/cloud/NAME/points                the thinned points of a cloud, see CloudTopView
 /// /web/NAME                                  script and style
 class PageRequests
 {
 public:
-    PageRequests(FileStore& files, Albums& albums);
+    PageRequests(FileStore& files, Albums& albums, CloudViews& views);
 
     /// False when there is nothing of that path.
     bool answer(const RequestTarget& target, const httplib::Request& request, httplib::Response& response);
@@ -33,8 +36,11 @@ private:
     bool tile(const std::vector<std::string>& parts, httplib::Response& response);
     bool photo(const std::string& id, const std::string& name, httplib::Response& response);
 
+    bool cloud(const std::vector<std::string>& parts, httplib::Response& response);
+
     FileStore& m_files;
     Albums& m_albums;
+    CloudViews& m_views;
     PanoramaCache m_panoramas;
 };
 

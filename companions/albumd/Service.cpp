@@ -61,8 +61,9 @@ Service::Service(const ServiceOptions& options)
     , m_accounts(m_database, options.tokenLife_s, options.clock)
     , m_files(m_database, options.folder)
     , m_albums(m_database)
-    , m_uploads(m_accounts, m_files, m_albums, options.clock)
-    , m_pages(m_files, m_albums)
+    , m_views(m_files)
+    , m_uploads(m_accounts, m_files, m_albums, m_views, options.clock)
+    , m_pages(m_files, m_albums, m_views)
     , m_server(options.patience)
 {
     m_server.set_default_headers(guards());

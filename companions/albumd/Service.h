@@ -43,6 +43,7 @@ private:
     Accounts m_accounts;
     FileStore m_files;
     Albums m_albums;
+    CloudViews m_views;
     UploadRequests m_uploads;
     PageRequests m_pages;
     BoundedServer m_server;

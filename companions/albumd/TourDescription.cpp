@@ -3,6 +3,8 @@
 
 #include "companions/albumd/TourDescription.h"
 
+#include "companions/albumd/Names.h"
+
 #include <nlohmann/json.hpp>
 
 #include <set>
@@ -37,14 +39,31 @@ Json hotspotsOf(const AlbumPanorama& panorama)
 Json locationOf(const Location& location, const Album& album, FileStore& files)
 {
     Json one = {{"x", location.x}, {"y", location.y}, {"z", location.z}, {"direction", location.direction}};
-    const bool isPicture =
-        location.plan.size() > 4 && location.plan.substr(location.plan.size() - 4) != ".cld";
-    if (isPicture && files.find(album.user, FileKind::Photo, location.plan)) {
+    if (isCloudName(location.plan)) {
+        one["cloud"] = location.plan;
+    } else if (files.find(album.user, FileKind::Photo, location.plan)) {
         one["plan"] = location.plan;
         one["planX"] = location.plan_x;
         one["planY"] = location.plan_y;
     }
     return one;
+}
+
+/// Every cloud that a panorama stands on and that can be shown.
+Json cloudsOf(const Album& album, FileStore& files, CloudViews& views)
+{
+    Json clouds = Json::object();
+    std::set<std::string> tried;
+    for (const AlbumPanorama& panorama : album.panoramas) {
+        const std::string& name = panorama.location ? panorama.location->plan : std::string();
+        if (!isCloudName(name) || !tried.insert(name).second) continue;
+        const auto stored = files.find(album.user, FileKind::Photo, name);
+        const auto view = stored ? views.describe(*stored) : std::nullopt;
+        if (!view) continue;
+        clouds[name] = Json::parse(*view, nullptr, false);
+        clouds[name]["stored"] = stored->stored;
+    }
+    return clouds;
 }
 
 Json linkOf(const Link& link)
@@ -55,7 +74,7 @@ Json linkOf(const Link& link)
 
 } // namespace
 
-std::string describeTour(const Album& album, FileStore& files, PanoramaCache& panoramas)
+std::string describeTour(const Album& album, FileStore& files, PanoramaCache& panoramas, CloudViews& views)
 {
     Json tour = {{"id", album.id},
                  {"name", album.name},
@@ -63,6 +82,7 @@ std::string describeTour(const Album& album, FileStore& files, PanoramaCache& pa
                  {"direction", album.direction},
                  {"elevation", album.elevation},
                  {"viewAngle", album.view_angle},
+                 {"clouds", cloudsOf(album, files, views)},
                  {"panoramas", Json::array()},
                  {"links", Json::array()}};
     std::set<std::string> shown;

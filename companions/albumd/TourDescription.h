@@ -6,6 +6,7 @@
 #pragma once
 
 #include "companions/albumd/Albums.h"
+#include "companions/albumd/CloudViews.h"
 #include "companions/albumd/FileStore.h"
 #include "companions/albumd/PanoramaCache.h"
 
@@ -14,6 +15,6 @@
 namespace albumd {
 
 /// Panoramas whose file is gone are left out, and their links with them.
-std::string describeTour(const Album& album, FileStore& files, PanoramaCache& panoramas);
+std::string describeTour(const Album& album, FileStore& files, PanoramaCache& panoramas, CloudViews& views);
 
 } // namespace albumd

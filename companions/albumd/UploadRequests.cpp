@@ -70,10 +70,12 @@ struct UploadRequests::Call
     }
 };
 
-UploadRequests::UploadRequests(Accounts& accounts, FileStore& files, Albums& albums, Clock clock)
+UploadRequests::UploadRequests(Accounts& accounts, FileStore& files, Albums& albums, CloudViews& views,
+                               Clock clock)
     : m_accounts(accounts)
     , m_files(files)
     , m_albums(albums)
+    , m_views(views)
     , m_clock(std::move(clock))
 {}
 
@@ -307,7 +309,12 @@ void UploadRequests::uploadPhoto(Call& call)
         return call.turnAway(400, "this belongs to no panorama of yours");
     FileStore::Room room = m_files.room(call.account, FileKind::Photo, name);
     IncomingFile file = m_files.incoming();
-    if (receiveFile(call, file, room)) keep(call, FileKind::Photo, name, file);
+    if (!receiveFile(call, file, room)) return;
+    keep(call, FileKind::Photo, name, file);
+    // Now, so that the first visitor need not wait for it. One that cannot be shown is kept all the same.
+    const auto stored =
+        isCloudName(name) ? m_files.find(call.account.id, FileKind::Photo, name) : std::nullopt;
+    if (stored) m_views.describe(*stored);
 }
 
 } // namespace albumd

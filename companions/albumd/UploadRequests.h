@@ -7,6 +7,7 @@
 
 #include "companions/albumd/Accounts.h"
 #include "companions/albumd/Albums.h"
+#include "companions/albumd/CloudViews.h"
 #include "companions/albumd/FileStore.h"
 #include "companions/albumd/RequestTarget.h"
 
@@ -20,7 +21,7 @@ namespace albumd {
 class UploadRequests
 {
 public:
-    UploadRequests(Accounts& accounts, FileStore& files, Albums& albums, Clock clock);
+    UploadRequests(Accounts& accounts, FileStore& files, Albums& albums, CloudViews& views, Clock clock);
 
     void login(const RequestTarget& target, httplib::Response& response);
     void listPanoramas(const RequestTarget& target, httplib::Response& response);
@@ -52,6 +53,7 @@ private:
     Accounts& m_accounts;
     FileStore& m_files;
     Albums& m_albums;
+    CloudViews& m_views;
     Clock m_clock;
 };
 

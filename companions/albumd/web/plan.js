@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// The plan in the corner: the author's picture where there is one, otherwise the places as they lie to each other.
+// The map in the corner: the author's plan or the cloud from above where there is one, otherwise the places as
+// they lie to each other.
 
 import {texts} from "./texts.js";
 
@@ -46,7 +47,7 @@ export class Plan {
     /// Shows the plan that this panorama stands on.
     async show(panorama) {
         this.current = panorama;
-        const name = panorama.location ? panorama.location.plan || "" : null;
+        const name = this.nameOf(panorama.location);
         if (name !== this.shown) {
             this.shown = name;
             const size = name ? await this.sizeOf(name) : null;
@@ -56,9 +57,20 @@ export class Plan {
         this.mark();
     }
 
+    /// Of the map that a panorama stands on; "" without one, null without a place.
+    nameOf(location) {
+        if (!location) return null;
+        return location.plan || (this.tour.clouds[location.cloud] && location.cloud) || "";
+    }
+
+    addressOf(name) {
+        const cloud = this.tour.clouds[name];
+        return this.album + (cloud ? "/cloud/" + name + "?" + encodeURIComponent(cloud.stored) : "/photo/" + name);
+    }
+
     async sizeOf(name) {
         const image = new Image();
-        image.src = this.album + "/photo/" + name;
+        image.src = this.addressOf(name);
         try {
             await image.decode();
             return {width: image.naturalWidth, height: image.naturalHeight};
@@ -67,21 +79,29 @@ export class Plan {
         }
     }
 
+    /// Where a panorama stands on the map of that name.
+    placeOn(name, location) {
+        const cloud = this.tour.clouds[name];
+        if (cloud) return {u: location.x * cloud.scale + cloud.left, v: cloud.top - location.y * cloud.scale};
+        if (name) return {u: location.planX, v: location.planY};
+        return {u: location.x, v: -location.y};
+    }
+
     draw(name, size) {
         if (this.picture) this.picture.remove();
         const places = this.tour.panoramas
-            .filter((each) => each.location && (!name || each.location.plan === name))
+            .filter((each) => each.location && (!name || this.nameOf(each.location) === name))
             .map((each) => ({
                 id: each.id,
                 x: each.location.x,
                 y: each.location.y,
-                u: name ? each.location.planX : each.location.x,
-                v: name ? each.location.planY : -each.location.y,
+                ...this.placeOn(name, each.location),
             }));
         const extent = size ? {left: 0, top: 0, ...size} : this.extentOf(places);
         this.box.hidden = places.length === 0 || (!name && extent.width === 0);
         if (this.box.hidden) return;
-        this.turn = places.length > 1 ? turnOfPicture(places) : 0;
+        // A cloud lies as the world does; a plan's own places tell how it is turned.
+        this.turn = places.length > 1 && !this.tour.clouds[name] ? turnOfPicture(places) : 0;
         this.unit = Math.max(extent.width, extent.height) / 100;
         this.picture = svg("svg", {
             viewBox: [extent.left, extent.top, extent.width, extent.height].join(" "),
@@ -90,7 +110,7 @@ export class Plan {
         });
         if (name)
             this.picture.append(
-                svg("image", {href: this.album + "/photo/" + name, width: size.width, height: size.height}),
+                svg("image", {href: this.addressOf(name), width: size.width, height: size.height}),
             );
         this.places = new Map(places.map((each) => [each.id, each]));
         if (!name) this.drawLinks();

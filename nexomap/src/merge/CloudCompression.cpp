@@ -6,9 +6,8 @@
 #include "nexomap/src/Failure.h"
 #include "nexomap/src/files/ByteStream.h"
 #include "nexomap/src/merge/CloudChunk.h"
-#include "nexomap/src/merge/CloudFile.h"
-
-#include <zlib.h>
+#include "nexomap/src/merge/CompressedCloud.h"
+#include "nexomap/src/merge/CompressedCloudFormat.h"
 
 #include <algorithm>
 #include <deque>
@@ -21,17 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
-
-// Persisted: never renumber.
-constexpr char kMagic[] = "NXC1";
-constexpr std::uint32_t kVersion = 2;
-constexpr std::size_t kHeadBytes = 4 + 4 + kCloudHeaderBytes + 4; // magic, version, cloud header, CRC-32
-constexpr std::size_t kLeastChunkBytes = 4 + 1;
-
-std::uint32_t checksum(const std::uint8_t* data, std::size_t size)
-{
-    return std::uint32_t(crc32(crc32(0, nullptr, 0), data, uInt(size)));
-}
 
 class Source
 {
@@ -110,10 +98,10 @@ PendingFile compressCloud(const fs::path& cloud, const fs::path& target)
 
     PendingFile file(target);
     ByteWriter head;
-    head.putText(kMagic, 4);
-    head.put(kVersion);
+    head.putText(kCompressedMagic, 4);
+    head.put(kCompressedVersion);
     head.bytes.insert(head.bytes.end(), header.begin(), header.end());
-    head.put(checksum(head.bytes.data(), head.bytes.size()));
+    head.put(compressedChecksum(head.bytes.data(), head.bytes.size()));
     file.write(head.bytes.data(), head.bytes.size());
     const auto encode = [&](std::size_t number) {
         Source planes(cloud); // every worker reads for itself
@@ -136,52 +124,15 @@ PendingFile compressCloud(const fs::path& cloud, const fs::path& target)
 
 PendingFile decompressCloud(const fs::path& compressed, const fs::path& target)
 {
-    Source source(compressed);
-    std::array<std::uint8_t, kHeadBytes> head;
-    if (source.size() < head.size()) throw Failure(NEXOMAP_BAD_FILE, "not a compressed point cloud");
-    source.read(head.data(), head.size());
-    ByteReader in(head.data(), head.size());
-    const bool ours = in.getText(4) == kMagic && in.get<std::uint32_t>() == kVersion;
-    ByteReader seal(head.data() + head.size() - 4, 4);
-    if (!ours || seal.get<std::uint32_t>() != checksum(head.data(), head.size() - 4))
-        throw Failure(NEXOMAP_BAD_FILE, "not a compressed point cloud");
-    const std::uint8_t* const header = head.data() + 8;
-    ByteReader count(header + 48, 4);
-    const std::uint32_t points = count.get<std::uint32_t>();
-    const std::size_t chunks = chunksOf(points);
-    std::uint64_t left = source.size() - head.size();
-    if (!cloudPoints(header, kCloudHeaderBytes + CloudChunk::kPlanes * std::uint64_t(points)) ||
-        left < chunks * kLeastChunkBytes)
-        throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
-
-    // Where each chunk stands, before anything is written.
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> places;
-    std::uint64_t at = head.size();
-    for (std::size_t k = 0; k < chunks; ++k) {
-        std::array<std::uint8_t, 4> bytes;
-        if (left < bytes.size()) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
-        source.readAt(at, bytes.data(), bytes.size());
-        ByteReader size(bytes.data(), bytes.size());
-        places.emplace_back(at + 4, size.get<std::uint32_t>());
-        left -= 4;
-        if (places.back().second > left) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: cut short");
-        left -= places.back().second;
-        at += 4 + std::uint64_t(places.back().second);
-    }
-    if (left != 0) throw Failure(NEXOMAP_BAD_FILE, "compressed cloud: longer than it says");
-
+    const CompressedCloud cloud(compressed);
+    const std::uint64_t points = cloud.points();
     PendingFile file(target);
-    file.write(header, kCloudHeaderBytes);
-    const auto decode = [&](std::size_t number) {
-        Source chunk(compressed);
-        Bytes packed(places[number].second);
-        chunk.readAt(places[number].first, packed.data(), packed.size());
-        return decodeChunk(packed, pointsOfChunk(points, number));
-    };
-    inOrder(chunks, decode, [&](std::size_t number, const CloudChunk& chunk) {
+    file.write(cloud.header().data(), kCloudHeaderBytes);
+    const auto decode = [&](std::size_t number) { return cloud.chunk(number); };
+    inOrder(cloud.chunks(), decode, [&](std::size_t number, const CloudChunk& chunk) {
         for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
-            file.writeAt(kCloudHeaderBytes + std::uint64_t(k) * points + number * CloudChunk::kMostPoints,
-                         chunk.plane(k), chunk.points);
+            file.writeAt(kCloudHeaderBytes + k * points + number * CloudChunk::kMostPoints, chunk.plane(k),
+                         chunk.points);
     });
     file.close();
     return file;
