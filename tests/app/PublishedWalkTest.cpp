@@ -13,11 +13,14 @@
 #include "views/HotSpotWidget.h"
 
 #include <QColor>
+#include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QTabBar>
@@ -297,6 +300,27 @@ protected:
         EXPECT_GT(changed, there.width() / 20 * (there.height() / 20) / 2);
     }
 
+    QByteArray fetch(const QString& path)
+    {
+        QNetworkAccessManager network;
+        QEventLoop loop;
+        QNetworkReply* reply = network.get(QNetworkRequest(QUrl(albumd.baseUrl() + path)));
+        QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        return reply->readAll();
+    }
+
+    /// The cloud has points on the floor around a station.
+    static void expectFloorUnder(const QImage& top, QPoint station)
+    {
+        int covered = 0, all = 0;
+        for (int dy = -30; dy <= 30; dy += 2)
+            for (int dx = -30; dx <= 30; dx += 2, ++all)
+                covered += top.rect().contains(station + QPoint(dx, dy)) &&
+                           qAlpha(top.pixel(station + QPoint(dx, dy))) == 255;
+        EXPECT_GT(covered, all / 2);
+    }
+
     std::map<QString, Station> stations; ///< by identity
     QStringList m_files;
     QString albumUrl;
@@ -336,6 +360,27 @@ TEST_F(PublishedWalk, FromTheUploadDialogToAWalkInABrowser)
     ASSERT_TRUE(stations.count(next));
     walk(browser, id(1), next);
     walk(browser, next, id(1));
+
+    // The map is the cloud from above: what lies under a station is the picture's colour there, and a click
+    // on it leads to it.
+    const QJsonObject cloud =
+        browser
+            .run(QStringLiteral("const i = document.querySelector('.plan image'); const p = "
+                                "document.querySelector(\".plan .place[data-target='%1']\"); return {u: "
+                                "Number(p.getAttribute('cx')), v: Number(p.getAttribute('cy')), address: "
+                                "i.getAttribute('href')};")
+                     .arg(next))
+            .toObject();
+    const QImage top = QImage::fromData(
+        fetch(QStringLiteral("album/") +
+              cloud.value(QLatin1String("address")).toString().section(QLatin1Char('?'), 0, 0)));
+    ASSERT_FALSE(top.isNull());
+    const QPoint at(int(cloud.value(QLatin1String("u")).toDouble()),
+                    int(cloud.value(QLatin1String("v")).toDouble()));
+    ASSERT_TRUE(top.rect().contains(at));
+    expectFloorUnder(top, at);
+    browser.click(middleOf(browser, QStringLiteral(".plan .place[data-target='%1']").arg(next)));
+    ASSERT_TRUE(shows(browser, next));
     EXPECT_EQ(browser.console(), QStringList());
 }
 
