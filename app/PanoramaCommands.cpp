@@ -74,8 +74,7 @@ void Tourwright::SelPano(int currentRow)
 void Tourwright::drawPanorama(const PanoNode& panorama, QImage* image)
 {
     // Where the file has no picture, none of another panorama may remain.
-    image->fill(Qt::white);
-    assemblePanorama(panorama.file_path, image);
+    assemblePanorama(panorama.file_path, image, Qt::white);
 }
 
 PanoNode* Tourwright::selectedPanorama() const

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -30,7 +31,21 @@ struct Canvas
 {
     std::uint8_t* bits;
     int width, height, stride;
+    std::optional<QRgb> missing; ///< of squares without a tile; as they were without a value
 };
+
+void fillRows(const Canvas& canvas, int x, int y, int width, int height)
+{
+    const QRgb colour = *canvas.missing;
+    for (int row = y; row < y + height; ++row) {
+        std::uint8_t* pixel = canvas.bits + std::ptrdiff_t(row) * canvas.stride + x * kBytesPerPixel;
+        for (int i = 0; i < width; ++i, pixel += kBytesPerPixel) {
+            pixel[0] = std::uint8_t(qRed(colour));
+            pixel[1] = std::uint8_t(qGreen(colour));
+            pixel[2] = std::uint8_t(qBlue(colour));
+        }
+    }
+}
 
 void drawClipped(const QImage& tile, const Canvas& canvas, int x, int y)
 {
@@ -49,11 +64,16 @@ void drawTile(PnoFile& file, const Mosaic& mosaic, int index, const Canvas& canv
     const int x = (mosaic.columns - 1 - column) * kTile; // column 0 is the rightmost
     const int y = row * kTile;
     std::uint32_t size = 0;
+    if (y >= canvas.height) return;
+    const auto clear = [&] {
+        if (canvas.missing) fillRows(canvas, x, y, kTile, std::min(kTile, canvas.height - y));
+    };
     const PnoBytes bytes = file.ReadTile(mosaic.level, column, row, &size);
-    if (!bytes || y >= canvas.height) return;
+    if (!bytes) return clear();
     std::uint8_t* square = canvas.bits + std::ptrdiff_t(y) * canvas.stride + x * kBytesPerPixel;
     const bool whole = canvas.height - y >= kTile;
     if (whole && decoder.decodePlainJpeg(bytes.get(), size, square, canvas.stride)) return;
+    clear(); // the tile may cover less than its square, or nothing
     drawClipped(TileDecoder::decode(bytes.get(), size), canvas, x, y);
 }
 
@@ -79,22 +99,44 @@ void drawTiles(PnoFile& file, const Mosaic& mosaic, const Canvas& canvas)
 
 } // namespace
 
-bool assemblePanorama(const QString& pnoPath, QImage* image)
+namespace {
+
+bool assemble(const QString& pnoPath, QImage* image, const std::optional<QRgb>& missing)
 {
     const auto file = std::make_unique<PnoFile>();
     if (file->Open(localtext::toLocal(pnoPath).constData()) != pno::Ok) return false;
 
     Mosaic mosaic;
-    if (image->width() == 8192)
+    if (image->width() == 8192) {
         mosaic = {10, 32, 16};
-    else if (image->width() == 4096)
+    } else if (image->width() == 4096) {
         mosaic = {8, 16, 8};
-    else
+    } else {
+        if (missing) image->fill(*missing);
         return true;
+    }
 
     const QImage::Format format = image->format();
     if (format != QImage::Format_RGB888) *image = image->convertToFormat(QImage::Format_RGB888);
-    drawTiles(*file, mosaic, {image->bits(), image->width(), image->height(), image->bytesPerLine()});
+    const Canvas canvas{image->bits(), image->width(), image->height(), image->bytesPerLine(), missing};
+    drawTiles(*file, mosaic, canvas);
+    const int below = mosaic.rows * kTile;
+    if (missing && image->height() > below)
+        fillRows(canvas, 0, below, image->width(), image->height() - below);
     if (format != QImage::Format_RGB888) *image = image->convertToFormat(format);
     return true;
+}
+
+} // namespace
+
+bool assemblePanorama(const QString& pnoPath, QImage* image)
+{
+    return assemble(pnoPath, image, std::nullopt);
+}
+
+bool assemblePanorama(const QString& pnoPath, QImage* image, const QColor& missing)
+{
+    const bool opened = assemble(pnoPath, image, missing.rgb());
+    if (!opened) image->fill(missing);
+    return opened;
 }

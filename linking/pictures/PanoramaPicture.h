@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QString>
 
@@ -14,3 +15,7 @@
 ///                 does not have, stay as they were; a tile that is not 256 x 256 is clipped to its square.
 /// @return false when the file cannot be opened as a panorama; the image is untouched then
 bool assemblePanorama(const QString& pnoPath, QImage* image);
+
+/// Leaves nothing of what was in the image, without a pass over all of it first: where `assemblePanorama`
+/// lets a square or the image as it was, it becomes `missing`.
+bool assemblePanorama(const QString& pnoPath, QImage* image, const QColor& missing);

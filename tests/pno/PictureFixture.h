@@ -103,6 +103,16 @@ protected:
         return write(options);
     }
 
+    /// The picture with kBefore where there is none, over one that held something else.
+    static QImage overOther(const QString& path, int width, int height,
+                            QImage::Format format = QImage::Format_RGB888)
+    {
+        QImage picture(width, height, format);
+        picture.fill(QColor(250, 0, 125));
+        assemblePanorama(path, &picture, kBefore);
+        return picture;
+    }
+
     /// The square of column 2, row 1 in a 4096 picture whose tile there has these bytes.
     QImage squareFrom(const Bytes& bytes)
     {
@@ -112,6 +122,7 @@ protected:
         });
         QImage picture = blank(4096, 2048);
         EXPECT_TRUE(assemblePanorama(path, &picture));
+        EXPECT_EQ(overOther(path, 4096, 2048), picture) << "where the colour is given";
         EXPECT_TRUE(untouched(squareOf(picture, 1, 1))) << "the neighbour on the right";
         EXPECT_TRUE(untouched(squareOf(picture, 3, 1))) << "the neighbour on the left";
         EXPECT_TRUE(untouched(squareOf(picture, 2, 0))) << "the neighbour above";

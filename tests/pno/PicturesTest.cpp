@@ -46,6 +46,7 @@ TEST_F(Pictures, OtherWidthsAreLeftUntouched)
         QImage picture = blank(width, 16);
         EXPECT_TRUE(assemblePanorama(path, &picture)) << width;
         EXPECT_TRUE(untouched(picture)) << width;
+        EXPECT_EQ(overOther(path, width, 16), picture) << width;
     }
     QImage none;
     EXPECT_TRUE(assemblePanorama(path, &none));
@@ -62,6 +63,8 @@ TEST_F(Pictures, AFileThatFailsToOpenLeavesThePictureUntouched)
     const std::string path = m_folder.write("bad.pno", bad.bytes());
     EXPECT_FALSE(assemblePanorama(QString::fromStdString(path), &picture));
     EXPECT_TRUE(untouched(picture));
+    EXPECT_FALSE(assemblePanorama(QString::fromStdString(path), &picture, kBefore));
+    EXPECT_EQ(overOther(QString::fromStdString(path), 4096, 2048), picture);
 }
 
 TEST_F(Pictures, RowsThatAPartialExtentDoesNotHaveStayAsTheyWere)
@@ -76,6 +79,7 @@ TEST_F(Pictures, RowsThatAPartialExtentDoesNotHaveStayAsTheyWere)
     ASSERT_TRUE(assemblePanorama(write(options), &picture));
     EXPECT_TRUE(near(picture.pixel(4095, 256 * rows - 1), pnotest::placeColour(8, 0, rows - 1)));
     EXPECT_TRUE(untouched(picture.copy(0, 256 * rows, 4096, 2048 - 256 * rows)));
+    EXPECT_EQ(overOther(write(options), 4096, 2048), picture);
 }
 
 TEST_F(Pictures, APictureLowerThanTheTilesIsFilledToItsLastRow)
@@ -85,6 +89,7 @@ TEST_F(Pictures, APictureLowerThanTheTilesIsFilledToItsLastRow)
     ASSERT_TRUE(assemblePanorama(path, &picture));
     EXPECT_TRUE(near(picture.pixel(4095, 699), pnotest::placeColour(8, 0, 2)));
     EXPECT_TRUE(near(picture.pixel(0, 699), pnotest::placeColour(8, 15, 2)));
+    EXPECT_EQ(overOther(path, 4096, 700), picture);
 }
 
 TEST_F(Pictures, APictureHigherThanTheTilesKeepsItsRest)
@@ -94,6 +99,9 @@ TEST_F(Pictures, APictureHigherThanTheTilesKeepsItsRest)
     ASSERT_TRUE(assemblePanorama(path, &picture));
     EXPECT_TRUE(near(picture.pixel(4095, 2047), pnotest::placeColour(8, 0, 7)));
     EXPECT_TRUE(untouched(picture.copy(0, 2048, 4096, 52)));
+    EXPECT_EQ(overOther(path, 4096, 2100), picture);
+    const QImage other = picture.convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(overOther(path, 4096, 2100, QImage::Format_RGB32), other);
 }
 
 TEST_F(Pictures, OtherPixelFormatsAreKept)

@@ -17,8 +17,7 @@ QImage assemble(const PictureOrder& order)
 {
     QImage picture(order.width, order.width / 2, QImage::Format_RGB888);
     if (picture.isNull()) return picture; // no memory for it
-    picture.fill(kMissingTile);
-    return assemblePanorama(order.path, &picture) ? picture : QImage();
+    return assemblePanorama(order.path, &picture, kMissingTile) ? picture : QImage();
 }
 
 } // namespace
