@@ -17,6 +17,7 @@ namespace {
 constexpr double kPickSigma = 0.2 * kDegree;          // a careful to careless click
 constexpr double kTiltSigma = 0.5 * 1.4142 * kDegree; // of two panoramas against each other
 constexpr double kDistinct = 5.0 * kDegree;
+constexpr double kFlat = 0.5 * kDegree; // out of a plane by no more than careless clicks are
 constexpr int kHeadings = 720;
 constexpr double kSamePose = 1.0 * kDegree;
 constexpr double kMissFactor = 9.0; // squared misses of a right pose stay below this times the pairs
@@ -58,6 +59,23 @@ int distinctPairs(const std::vector<Bearings>& pairs)
         if (fresh) distinct.push_back(pair);
     }
     return int(distinct.size());
+}
+
+/// Directions that lie in one plane on both sides belong to points of one line, or to points level with both
+/// stations: any number of them leaves open where the stations stand.
+bool onOneLine(const std::vector<Bearings>& pairs)
+{
+    Eigen::Matrix3d A = Eigen::Matrix3d::Zero(), B = Eigen::Matrix3d::Zero();
+    for (const Bearings& pair : pairs) {
+        A += pair.a * pair.a.transpose();
+        B += pair.b * pair.b.transpose();
+    }
+    const auto flat = [&](const Eigen::Matrix3d& M) {
+        const double mean_square =
+            Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(M).eigenvalues()[0] / double(pairs.size());
+        return mean_square < kFlat * kFlat;
+    };
+    return flat(A) && flat(B);
 }
 
 /// Both rays meet in front of their cameras; rays that are parallel within the noise may meet anywhere.
@@ -257,6 +275,7 @@ std::optional<PairPose> poseFromBearingPicks(const std::vector<PickedPair>& pick
         result.reliability = pairs.size() == 3 ? 0.5 : 0.9;
         return result;
     }
+    if (onOneLine(pairs)) return std::nullopt;
     double cost = 0.0;
     std::optional<PairPose> all = solve(pairs, &cost);
     constexpr double kAllAgree = 3.0;
