@@ -38,24 +38,6 @@ float noise(double u, double v, std::uint32_t key)
     return (at(0, 0) * (1 - fx) + at(1, 0) * fx) * (1 - fy) + (at(0, 1) * (1 - fx) + at(1, 1) * fx) * fy;
 }
 
-/// Painted tiles of many grey levels over cloudy stains: corners at several sizes.
-cv::Vec3b paint(double u, double v, std::uint32_t key, double blankness)
-{
-    float grey = 0.5f * noise(u * 3.0, v * 3.0, key) + 0.25f * noise(u * 11.0, v * 11.0, key + 1);
-    for (const double size : {0.37, 0.13}) {
-        const double a = u / size + 0.3 * v, b = v / size - 0.2 * u;
-        const std::uint32_t h = hash(std::uint32_t(int(std::floor(a))), std::uint32_t(int(std::floor(b))),
-                                     key + std::uint32_t(100 * size));
-        if (h % 3 != 0) continue;
-        const double fa = a - std::floor(a), fb = b - std::floor(b);
-        if (std::abs(fa - 0.5) < 0.2 + 0.25 * unit(hash(h, 1, 2)) &&
-            std::abs(fb - 0.5) < 0.2 + 0.25 * unit(hash(h, 3, 4)))
-            grey += 0.9f * (unit(hash(h, 5, 6)) - 0.5f);
-    }
-    grey = std::clamp(float(0.5 * blankness + (1.0 - blankness) * grey), 0.02f, 0.98f);
-    return cv::Vec3b(uchar(255 * grey), uchar(240 * grey), uchar(225 * grey));
-}
-
 /// Distance to a box's surface along the ray, from inside or from outside; 0: missed.
 double hit(const MadeUpRoom::Box& box, const Eigen::Vector3d& from, const Eigen::Vector3d& ray, bool inside,
            int* side)
@@ -76,6 +58,23 @@ double hit(const MadeUpRoom::Box& box, const Eigen::Vector3d& from, const Eigen:
 
 } // namespace
 
+cv::Vec3b paintAt(double u, double v, std::uint32_t key, double blankness)
+{
+    float grey = 0.5f * noise(u * 3.0, v * 3.0, key) + 0.25f * noise(u * 11.0, v * 11.0, key + 1);
+    for (const double size : {0.37, 0.13}) {
+        const double a = u / size + 0.3 * v, b = v / size - 0.2 * u;
+        const std::uint32_t h = hash(std::uint32_t(int(std::floor(a))), std::uint32_t(int(std::floor(b))),
+                                     key + std::uint32_t(100 * size));
+        if (h % 3 != 0) continue;
+        const double fa = a - std::floor(a), fb = b - std::floor(b);
+        if (std::abs(fa - 0.5) < 0.2 + 0.25 * unit(hash(h, 1, 2)) &&
+            std::abs(fb - 0.5) < 0.2 + 0.25 * unit(hash(h, 3, 4)))
+            grey += 0.9f * (unit(hash(h, 5, 6)) - 0.5f);
+    }
+    grey = std::clamp(float(0.5 * blankness + (1.0 - blankness) * grey), 0.02f, 0.98f);
+    return cv::Vec3b(uchar(255 * grey), uchar(240 * grey), uchar(225 * grey));
+}
+
 MadeUpRoom::Shot MadeUpRoom::shoot(const RigidPose& world_from_pano, int width, double noise_m) const
 {
     const EquirectGrid grid{width, width / 2};
@@ -92,8 +91,8 @@ MadeUpRoom::Shot MadeUpRoom::shoot(const RigidPose& world_from_pano, int width, 
                 }
                 const Eigen::Vector3d point = world_from_pano.t + range * ray;
                 const int axis = side / 2;
-                shot.picture(y, x) = paint(point[(axis + 1) % 3], point[(axis + 2) % 3],
-                                           seed * 1000 + std::uint32_t(box_index * 10 + side), blankness);
+                shot.picture(y, x) = paintAt(point[(axis + 1) % 3], point[(axis + 2) % 3],
+                                             seed * 1000 + std::uint32_t(box_index * 10 + side), blankness);
                 double error = 0.0; // the sum of four uniform numbers is near enough to a bell
                 for (std::uint32_t k = 0; k < 4; ++k)
                     error += unit(hash(std::uint32_t(x), std::uint32_t(y) + k * 7919,

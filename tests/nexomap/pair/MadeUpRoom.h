@@ -33,6 +33,12 @@ struct MadeUpRoom
     Shot shoot(const nexomap::RigidPose& world_from_pano, int width, double noise_m = 0.0) const;
 };
 
+/// Painted tiles of many grey levels over cloudy stains, BGR: corners at several sizes.
+/// @param u, v       metres on the surface
+/// @param key        of the pattern
+/// @param blankness  1: bare
+cv::Vec3b paintAt(double u, double v, std::uint32_t key, double blankness);
+
 /// Camera at a place, turned by the heading, leaning by two small angles about x and y; radians.
 nexomap::RigidPose standAt(double x, double y, double z, double heading, double lean_x = 0.0,
                            double lean_y = 0.0);
