@@ -48,6 +48,9 @@ struct FrontEnd
     /// Relative pose by the range maps alone, slower than `match`; for what the pictures leave apart. May be
     /// null.
     std::function<std::optional<PairPose>(const Panorama&, const Panorama&)> align;
+    /// How much two panoramas have in common at first sight, by their outlines in the order of their ids;
+    /// large tours compare in full only those that are alike. May be null: all pairs are compared in full.
+    std::function<int(const Features&, const Features&)> likeness;
 };
 
 /// Reads panorama files and matches their pictures and ranges.

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "nexomap/src/pair/PackedRange.h"
+
 #include <Eigen/Core>
 #include <opencv2/core.hpp>
 
@@ -28,10 +30,19 @@ struct Features
 /// Range picture of the full sphere, columns from azimuth +pi to -pi, rows from the upper pole.
 struct RangeMap
 {
-    cv::Mat1f range_m; ///< 2048 x 1024; 0: no return
-    cv::Mat1b edge;    ///< 255 where depths jump within the cell
+    cv::Mat1f range_m;  ///< 2048 x 1024; 0: no return
+    cv::Mat1b edge;     ///< 255 where depths jump within the cell
+    float unit_m = 0.f; ///< metres per step that the samples came in; 0: unknown
+    /// In place of both pictures while the map is not worked on.
+    std::shared_ptr<const PackedRange> packed;
 
-    bool empty() const { return range_m.empty(); }
+    bool empty() const { return range_m.empty() && !packed; }
+    cv::Size size() const { return packed ? packed->size() : range_m.size(); }
+    /// Metres at one cell, packed or not; 0: no return.
+    float cell(int row, int column) const
+    {
+        return packed ? packed->range(row, column) : range_m(row, column);
+    }
     /// Metres along the unit vector; 0 without a return or without a map.
     float at(const Eigen::Vector3f& bearing) const;
 };

@@ -5,6 +5,7 @@
 
 #include "linking/pno/PnoFile.h"
 #include "nexomap/src/FrontEnd.h"
+#include "nexomap/src/pair/CoarseMatching.h"
 #include "nexomap/src/pair/ScanAlignment.h"
 #include "nexomap/src/RangeReading.h"
 
@@ -65,7 +66,8 @@ FrontEnd panoramaFileFrontEnd()
             matchPair,
             colours,
             readRanges,
-            alignScans};
+            alignScans,
+            likeness};
 }
 
 } // namespace nexomap

@@ -53,29 +53,49 @@ void rescaleGroups(const std::vector<GraphEdge>& edges, const std::vector<char>&
     }
 }
 
+GroupExtent extentOf(const std::vector<Pose>& poses)
+{
+    GroupExtent extent;
+    for (const Pose& pose : poses) {
+        extent.left = std::min(extent.left, pose.t.x());
+        extent.right = std::max(extent.right, pose.t.x());
+    }
+    return extent;
+}
+
+std::vector<double> offsetsSideBySide(const std::vector<GroupExtent>& extents)
+{
+    std::vector<double> offsets;
+    double free_from = 0.0;
+    for (const GroupExtent& extent : extents) {
+        offsets.push_back(offsets.empty() ? 0.0 : free_from + kRoomBetweenGroups_m - extent.left);
+        free_from = offsets.back() + extent.right;
+    }
+    return offsets;
+}
+
 void layOutGroups(const std::vector<int>& component, std::vector<Pose>& poses,
                   std::vector<Eigen::Vector3d>& up)
 {
     const std::vector<std::vector<int>> members = membersOf(component);
+    const std::vector<int> order = componentsBySize(component);
     up.assign(poses.size(), Eigen::Vector3d::UnitZ());
-    double free_from = 0.0;
-    bool first_group = true;
-    for (const int group : componentsBySize(component)) {
+    std::vector<GroupExtent> extents;
+    for (const int group : order) {
         const int first = members[group].front();
         const Pose first_from_world = poses[first].inverse();
-        double left = 0.0, right = 0.0;
+        std::vector<Pose> placed;
         for (const int n : members[group]) {
             poses[n] = n == first ? Pose{} : first_from_world * poses[n];
             up[n] = first_from_world.R.col(2);
-            left = std::min(left, poses[n].t.x());
-            right = std::max(right, poses[n].t.x());
+            placed.push_back(poses[n]);
         }
-        const double offset = first_group ? 0.0 : free_from + kRoomBetweenGroups_m - left;
-        for (const int n : members[group])
-            poses[n].t.x() += offset;
-        free_from = offset + right;
-        first_group = false;
+        extents.push_back(extentOf(placed));
     }
+    const std::vector<double> offsets = offsetsSideBySide(extents);
+    for (std::size_t k = 0; k < order.size(); ++k)
+        for (const int n : members[order[k]])
+            poses[n].t.x() += offsets[k];
 }
 
 } // namespace nexomap

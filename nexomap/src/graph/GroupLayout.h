@@ -17,6 +17,15 @@ void rescaleGroups(const std::vector<GraphEdge>& edges, const std::vector<char>&
 void layOutGroups(const std::vector<int>& component, std::vector<Pose>& poses,
                   std::vector<Eigen::Vector3d>& up);
 
+/// How far a group's stations reach along x, the origin included; metres.
+struct GroupExtent
+{
+    double left = 0.0, right = 0.0;
+};
+GroupExtent extentOf(const std::vector<Pose>& poses);
+/// Where along x each group's origin goes so that they stand side by side in this order, the first at 0.
+std::vector<double> offsetsSideBySide(const std::vector<GroupExtent>& extents);
+
 /// Component numbers, the largest first, ties by number.
 std::vector<int> componentsBySize(const std::vector<int>& component);
 

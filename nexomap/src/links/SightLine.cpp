@@ -18,10 +18,11 @@ constexpr double kUsualHeight_m = 1.5;
 double rangeAlong(const RangeMap& map, const Eigen::Vector3d& direction)
 {
     if (map.empty()) return 0.0;
-    const Eigen::Vector2d pixel = EquirectGrid{map.range_m.cols, map.range_m.rows}.pixel(direction);
-    const int x = std::clamp(int(pixel.x()), 0, map.range_m.cols - 1);
-    const int y = std::clamp(int(pixel.y()), 0, map.range_m.rows - 1);
-    return map.range_m(y, x);
+    const EquirectGrid grid{map.size().width, map.size().height};
+    const Eigen::Vector2d pixel = grid.pixel(direction);
+    const int x = std::clamp(int(pixel.x()), 0, grid.width - 1);
+    const int y = std::clamp(int(pixel.y()), 0, grid.height - 1);
+    return map.cell(y, x);
 }
 
 bool isOpen(const RangeMap& map, const Eigen::Vector3d& point)

@@ -5,15 +5,18 @@
 
 #include "nexomap/src/files/MatchPicture.h"
 #include "nexomap/src/graph/GraphEdge.h"
+#include "nexomap/src/model/Growth.h"
 #include "nexomap/src/model/LinkChoice.h"
 #include "nexomap/src/model/MatchFiles.h"
 #include "nexomap/src/model/Names.h"
+#include "nexomap/src/model/PairMatching.h"
 #include "nexomap/src/model/ParallelFor.h"
 #include "nexomap/src/model/Relocation.h"
 
 #include <opencv2/imgcodecs.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace nexomap {
 namespace {
@@ -21,26 +24,21 @@ namespace {
 constexpr double kWorthAPicture = 0.2;
 constexpr std::size_t kMostAligned = 300; // pairs; each takes a third of a second
 
-/// Edges of the new node to all earlier ones, in their order.
-std::vector<Edge> matchWithEarlier(const Model& model, const Workplace& workplace, const Panorama& panorama)
+/// Edges of the new node to earlier ones, in their order.
+std::vector<Edge> matchWithEarlier(const Model& model, const Workplace& workplace, const Panorama& panorama,
+                                   const std::vector<int>& partners)
 {
-    const int count = int(model.nodes.size());
     std::vector<const Panorama*> earlier;
-    for (const Node& node : model.nodes)
-        earlier.push_back(&node.source->get(workplace.front_end));
-    std::vector<std::optional<PairPose>> poses(count);
-    parallelFor(count, [&](int n) { poses[n] = workplace.front_end.match(*earlier[n], panorama); });
+    for (const int n : partners)
+        earlier.push_back(&model.nodes[std::size_t(n)].source->get(workplace.front_end));
+    std::vector<std::optional<PairPose>> poses(partners.size());
+    parallelFor(int(partners.size()), [&](int k) {
+        poses[std::size_t(k)] = workplace.front_end.match(*earlier[std::size_t(k)], panorama);
+    });
     std::vector<Edge> edges;
-    for (int n = 0; n < count; ++n) {
-        if (!poses[n]) continue;
-        Edge edge;
-        edge.node_0 = n;
-        edge.node_1 = count;
-        edge.reliability = poses[n]->reliability;
-        edge.values.spacing = poses[n]->t_0_from_1.norm();
-        edge.pose = std::make_shared<const PairPose>(std::move(*poses[n]));
-        edges.push_back(std::move(edge));
-    }
+    for (std::size_t k = 0; k < partners.size(); ++k)
+        if (poses[k])
+            edges.push_back(measuredEdge(partners[k], int(model.nodes.size()), std::move(*poses[k])));
     return edges;
 }
 
@@ -55,8 +53,8 @@ std::vector<NodePair> pairsApart(const Model& model, const Workplace& workplace)
     std::vector<NodePair> pairs;
     for (int a = 0; a < int(model.nodes.size()); ++a)
         for (int b = a + 1; b < int(model.nodes.size()); ++b)
-            if (part[a] != part[b] && model.nodes[a].source->get(workplace.front_end).metric() &&
-                model.nodes[b].source->get(workplace.front_end).metric())
+            if (part[a] != part[b] && model.nodes[a].source->look(workplace.front_end).metric() &&
+                model.nodes[b].source->look(workplace.front_end).metric())
                 pairs.emplace_back(a, b);
     std::stable_sort(pairs.begin(), pairs.end(), [](const NodePair& p, const NodePair& q) {
         return p.second - p.first < q.second - q.first;
@@ -82,22 +80,30 @@ void joinByShape(Model& model, const Workplace& workplace)
     if (!workplace.front_end.align || picturesSpeak(model)) return;
     const std::vector<NodePair> pairs = pairsApart(model, workplace);
     if (pairs.empty()) return;
-    std::vector<std::optional<PairPose>> poses(pairs.size());
-    parallelFor(int(pairs.size()), [&](int k) {
-        poses[k] = workplace.front_end.align(*model.nodes[pairs[k].first].source->loaded(),
-                                             *model.nodes[pairs[k].second].source->loaded());
-    });
-    for (std::size_t k = 0; k < pairs.size(); ++k) {
-        if (!poses[k]) continue;
-        Edge edge;
-        edge.node_0 = pairs[k].first;
-        edge.node_1 = pairs[k].second;
-        edge.reliability = poses[k]->reliability;
-        edge.values.spacing = poses[k]->t_0_from_1.norm();
-        edge.pose = std::make_shared<const PairPose>(std::move(*poses[k]));
+    for (Edge& edge : comparePairs(model, workplace, pairs, workplace.front_end.align))
         model.edges.push_back(std::move(edge));
-    }
     solveAfterAdding(model);
+}
+
+/// Solves the poses; in a large tour then compares what they say shares a view, and solves again.
+void solveAndCompleteComparisons(Model& model, const Workplace& workplace)
+{
+    constexpr int kRounds = 2; // the second for what the first has joined
+    const auto compare = [&](const std::vector<NodePair>& pairs) {
+        return comparePairs(model, workplace, pairs, workplace.front_end.match);
+    };
+    for (Edge& edge : compare(pairsMissedByOrder(model, workplace)))
+        model.edges.push_back(std::move(edge));
+    std::vector<Edge> measured = model.edges;
+    solveAfterAdding(model);
+    for (int round = 0; round < kRounds; ++round) {
+        std::vector<Edge> found = compare(pairsByPoses(model, workplace));
+        if (found.empty()) return;
+        std::move(found.begin(), found.end(), std::back_inserter(measured));
+        // What was not believed before may be confirmed now.
+        model.edges = measured;
+        solveAfterAdding(model);
+    }
 }
 
 const char* originText(Origin origin)
@@ -126,8 +132,9 @@ void addNode(Model& model, const Workplace& workplace, const std::string& path)
     std::shared_ptr<const Panorama> panorama = workplace.front_end.load(path, &error);
     if (!panorama) throw Failure(NEXOMAP_BAD_FILE, path + ": " + error);
 
-    std::vector<Edge> edges = matchWithEarlier(model, workplace, *panorama);
     Node node;
+    const std::vector<int> partners = partnersOf(model, workplace, *panorama, &node.outline);
+    std::vector<Edge> edges = matchWithEarlier(model, workplace, *panorama, partners);
     node.name = *name;
     node.path = path;
     node.height_m = panorama->camera_height_m;
@@ -144,13 +151,14 @@ void addNode(Model& model, const Workplace& workplace, const std::string& path)
         model.pictures.push_back(matchKey(model, *best));
     }
     model.edges.insert(model.edges.end(), edges.begin(), edges.end());
+    restPanoramas(model);
 }
 
 void finishAdding(Model& model, const Workplace& workplace)
 {
     if (!model.adding) return;
     model.adding = false;
-    solveAfterAdding(model);
+    solveAndCompleteComparisons(model, workplace);
     joinByShape(model, workplace);
     chooseLinks(model, workplace);
     relocate(model);
@@ -164,6 +172,7 @@ void finishAdding(Model& model, const Workplace& workplace)
         if (!kept) workplace.folder.remove(key + ".png");
     }
     model.pictures.clear();
+    restPanoramas(model);
 }
 
 void drawMatchPicture(const Model& model, const Workplace& workplace, const Edge& edge)
@@ -176,8 +185,8 @@ void drawMatchPicture(const Model& model, const Workplace& workplace, const Edge
     caption.scale_known = edge.pose->metric;
     caption.reliability = edge.reliability;
     caption.origin = originText(edge.origin);
-    const cv::Mat3b picture = drawMatch(node_0.source->get(workplace.front_end),
-                                        node_1.source->get(workplace.front_end), *edge.pose, caption);
+    const cv::Mat3b picture = drawMatch(node_0.source->look(workplace.front_end),
+                                        node_1.source->look(workplace.front_end), *edge.pose, caption);
     Bytes png;
     cv::imencode(".png", picture, png, {cv::IMWRITE_PNG_COMPRESSION, 2});
     const std::string name = matchKey(model, edge) + ".png";

@@ -5,6 +5,7 @@
 
 #include "nexomap/src/graph/GraphEdge.h"
 #include "nexomap/src/links/SightLine.h"
+#include "nexomap/src/model/LinkedPairs.h"
 #include "nexomap/src/model/Relocation.h"
 
 #include <algorithm>
@@ -20,7 +21,7 @@ constexpr double kPoseSigma_m = 0.05;
 bool sightLine(const Model& model, const Workplace& workplace, int a, int b)
 {
     const Node &x = model.nodes[a], &y = model.nodes[b];
-    return seeEachOther(x.source->get(workplace.front_end), x.pose, y.source->get(workplace.front_end),
+    return seeEachOther(x.source->look(workplace.front_end), x.pose, y.source->look(workplace.front_end),
                         y.pose, x.up);
 }
 
@@ -31,7 +32,7 @@ double distance(const Model& model, int a, int b)
 
 /// Relative-neighbourhood rule: a station on the way, linked to both and nearer to both, makes the link
 /// needless.
-bool isNeedless(const Model& model, int a, int b)
+bool isNeedless(const Model& model, const LinkedPairs& linked, int a, int b)
 {
     const double length = distance(model, a, b);
     if (length <= kNeighbours_m) return false;
@@ -40,10 +41,8 @@ bool isNeedless(const Model& model, int a, int b)
         const Eigen::Vector3d v = model.nodes[between].pose.t - model.nodes[from].pose.t;
         return std::atan2(u.cross(v).norm(), u.dot(v)) < kSameWay;
     };
-    for (int k = 0; k < int(model.nodes.size()); ++k) {
-        if (k == a || k == b) continue;
-        const Edge *to_a = model.edgeBetween(a, k), *to_b = model.edgeBetween(b, k);
-        if (!to_a || !to_b || !to_a->link || !to_b->link) continue;
+    for (const int k : linked.of(a)) {
+        if (!linked.has(b, k)) continue;
         if (std::max(distance(model, a, k), distance(model, b, k)) < length && sameWay(a, b, k)) return true;
     }
     return false;
@@ -126,11 +125,13 @@ void chooseLinks(Model& model, const Workplace& workplace)
     std::stable_sort(by_length.begin(), by_length.end(), [&](const Edge* p, const Edge* q) {
         return distance(model, p->node_0, p->node_1) < distance(model, q->node_0, q->node_1);
     });
+    LinkedPairs linked(model);
     for (Edge* edge : by_length) {
-        const bool ranged = model.nodes[edge->node_0].source->get(workplace.front_end).metric() &&
-                            model.nodes[edge->node_1].source->get(workplace.front_end).metric();
+        const bool ranged = model.nodes[edge->node_0].source->look(workplace.front_end).metric() &&
+                            model.nodes[edge->node_1].source->look(workplace.front_end).metric();
         edge->link = !ranged || (sightLine(model, workplace, edge->node_0, edge->node_1) &&
-                                 !isNeedless(model, edge->node_0, edge->node_1));
+                                 !isNeedless(model, linked, edge->node_0, edge->node_1));
+        if (edge->link) linked.add(edge->node_0, edge->node_1);
     }
     bridgeParts(model, workplace);
     for (Edge& edge : model.edges)
@@ -140,20 +141,22 @@ void chooseLinks(Model& model, const Workplace& workplace)
 void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m)
 {
     const std::vector<int> group = components(model, true);
+    LinkedPairs linked(model);
     std::vector<NodePair> pairs;
     for (int a = 0; a < int(model.nodes.size()); ++a)
         for (int b = a + 1; b < int(model.nodes.size()); ++b) {
-            const Edge* edge = model.edgeBetween(a, b);
-            if (group[a] == group[b] && !(edge && edge->link) && distance(model, a, b) <= farthest_m)
+            if (group[a] == group[b] && !linked.has(a, b) && distance(model, a, b) <= farthest_m)
                 pairs.emplace_back(a, b);
         }
     std::stable_sort(pairs.begin(), pairs.end(), [&](const NodePair& p, const NodePair& q) {
         return distance(model, p.first, p.second) < distance(model, q.first, q.second);
     });
     for (const auto& [a, b] : pairs) {
-        if (isNeedless(model, a, b) || !sightLine(model, workplace, a, b)) continue;
+        if (isNeedless(model, linked, a, b) || !sightLine(model, workplace, a, b)) continue;
         // A pair that was matched but not shown keeps its measurement: only pairs without one are made here.
-        if (!model.edgeBetween(a, b)) model.edges.push_back(edgeByPose(model, a, b));
+        if (model.edgeBetween(a, b)) continue;
+        model.edges.push_back(edgeByPose(model, a, b));
+        linked.add(a, b);
     }
 }
 

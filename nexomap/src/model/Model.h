@@ -9,6 +9,7 @@
 #include "nexomap/src/links/LinkValues.h"
 #include "nexomap/src/model/PanoramaSource.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -29,6 +30,7 @@ struct Node
     std::string name; ///< identity text, 14 characters
     std::string path;
     std::shared_ptr<PanoramaSource> source;
+    std::shared_ptr<const Features> outline;       ///< for the first look; null while it was not needed
     Pose pose;                                     ///< world_from_pano
     Eigen::Vector3d up = Eigen::Vector3d::UnitZ(); ///< the vertical in the world frame
     double height_m = 0.0;                         ///< above the floor; 0: unknown
@@ -56,6 +58,29 @@ struct Announcement
     std::vector<PickedPair> picks;
 };
 
+/// What one panorama was compared with among those before it, by their indices. Empty rows: with none at
+/// first sight; with all in full.
+struct Comparisons
+{
+    std::vector<std::uint16_t> likeness;
+    std::vector<char> in_full;
+};
+
+/// The poses of one group as they were last solved, with what they followed from.
+struct SettledGroup
+{
+    struct Measurement
+    {
+        int node_0 = 0, node_1 = 0;
+        std::shared_ptr<const PairPose> pose;
+        bool connector = false, held = false;
+    };
+    std::vector<int> nodes;
+    std::vector<Measurement> measurements;
+    std::vector<Pose> poses;         ///< per node, in the group's own frame
+    std::vector<Eigen::Vector3d> up; ///< per node
+};
+
 /// Unordered pair of nodes, the smaller index first.
 using NodePair = std::pair<int, int>;
 NodePair pairOf(int a, int b);
@@ -70,6 +95,8 @@ struct Model
     std::map<NodePair, Announcement> announced; ///< by hand, not yet analysed
     std::map<NodePair, std::shared_ptr<const StoredPose>> companions; ///< read from match files, to come
     std::vector<std::string> pictures;                                ///< pairs drawn while adding
+    std::vector<Comparisons> comparisons;                             ///< per node; may be shorter than nodes
+    std::vector<std::shared_ptr<const SettledGroup>> settled;         ///< by the last relocation
 
     /// @throws Failure(NEXOMAP_UNKNOWN_NAME)
     int nodeNamed(const std::string& name) const;

@@ -3,10 +3,12 @@
 
 #include "nexomap/src/model/Relocation.h"
 
+#include "nexomap/src/graph/GroupLayout.h"
 #include "nexomap/src/graph/PoseGraph.h"
 #include "nexomap/src/links/SightLine.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
 
 namespace nexomap {
@@ -50,6 +52,57 @@ bool confirms(const GraphSolution& solution, const Edge& edge)
     const Pose step = solution.poses[edge.node_0].inverse() * solution.poses[edge.node_1];
     return rotationAngle(step.R, edge.pose->R_0_from_1) < kConfirmedAngle &&
            (step.t - edge.pose->t_0_from_1).norm() < kConfirmed_m + 0.01 * step.t.norm();
+}
+
+/// What was solved before, if nothing has changed since.
+std::shared_ptr<const SettledGroup> findSettled(const Model& model, const SettledGroup& group)
+{
+    const auto same = [](const SettledGroup::Measurement& a, const SettledGroup::Measurement& b) {
+        return a.node_0 == b.node_0 && a.node_1 == b.node_1 && a.pose == b.pose &&
+               a.connector == b.connector && a.held == b.held;
+    };
+    for (const auto& known : model.settled)
+        if (known->nodes == group.nodes &&
+            std::equal(known->measurements.begin(), known->measurements.end(), group.measurements.begin(),
+                       group.measurements.end(), same))
+            return known;
+    return nullptr;
+}
+
+/// Solves one group by itself: nothing that happens to the others moves it.
+void settle(SettledGroup& group)
+{
+    std::map<int, int> place;
+    for (const int n : group.nodes)
+        place.emplace(n, int(place.size()));
+    std::vector<GraphEdge> graph;
+    std::vector<char> held;
+    for (const SettledGroup::Measurement& m : group.measurements) {
+        graph.push_back({place.at(m.node_0), place.at(m.node_1), m.pose.get(), m.connector});
+        held.push_back(m.held);
+    }
+    GraphSolution solution = solvePoseGraph(int(group.nodes.size()), graph, held);
+    group.poses = std::move(solution.poses);
+    group.up = std::move(solution.up);
+}
+
+/// Lays the groups side by side, the largest first.
+void takePoses(Model& model)
+{
+    std::vector<GroupExtent> extents;
+    for (const auto& group : model.settled)
+        extents.push_back(extentOf(group->poses));
+    const std::vector<double> offsets = offsetsSideBySide(extents);
+    for (std::size_t g = 0; g < model.settled.size(); ++g) {
+        const SettledGroup& group = *model.settled[g];
+        for (std::size_t k = 0; k < group.nodes.size(); ++k) {
+            Node& node = model.nodes[group.nodes[k]];
+            node.pose = group.poses[k];
+            node.pose.t.x() += offsets[g];
+            node.up = group.up[k];
+            node.vertex = node.pose.t.head<2>();
+        }
+    }
 }
 
 } // namespace
@@ -101,15 +154,26 @@ void relocate(Model& model)
     for (std::size_t g = 0; g < groups.size(); ++g)
         for (const int n : groups[g])
             group_of[n] = int(g);
-    std::vector<GraphEdge> graph;
-    std::vector<char> held;
+    std::vector<SettledGroup> next(groups.size());
+    for (std::size_t g = 0; g < groups.size(); ++g)
+        next[g].nodes = groups[g];
     for (const int e : canonicalOrder(model)) {
         const Edge& edge = model.edges[e];
         if (group_of[edge.node_0] != group_of[edge.node_1]) continue;
-        graph.push_back(graphEdge(edge));
-        held.push_back(edge.link);
+        next[group_of[edge.node_0]].measurements.push_back(
+            {edge.node_0, edge.node_1, edge.pose, edge.origin == Origin::ByPose, edge.link});
     }
-    takePoses(model, solvePoseGraph(int(model.nodes.size()), graph, held));
+    std::vector<std::shared_ptr<const SettledGroup>> settled;
+    for (SettledGroup& group : next) {
+        std::shared_ptr<const SettledGroup> known = findSettled(model, group);
+        if (!known) {
+            settle(group);
+            known = std::make_shared<const SettledGroup>(std::move(group));
+        }
+        settled.push_back(std::move(known));
+    }
+    model.settled = std::move(settled);
+    takePoses(model);
     for (Edge& edge : model.edges)
         if (edge.link) edge.values = valuesByPoses(model, edge.node_0, edge.node_1);
 }

@@ -67,7 +67,8 @@ RangeMap readRange(PnoFile& file)
     const float unit_m = file.lidar() ? rangeUnit(file) : 0.f;
     if (unit_m <= 0.f) return {};
     constexpr int kCell = pno::kDepthColumns * kTile / kRangeWidth, kPart = kTile / kCell;
-    RangeMap map{cv::Mat1f(kRangeHeight, kRangeWidth, 0.f), cv::Mat1b(kRangeHeight, kRangeWidth, uchar(0))};
+    RangeMap map{cv::Mat1f(kRangeHeight, kRangeWidth, 0.f), cv::Mat1b(kRangeHeight, kRangeWidth, uchar(0)),
+                 unit_m, nullptr};
     cv::parallel_for_(cv::Range(0, pno::kDepthTiles), [&](const cv::Range& range) {
         for (int i = range.start; i < range.end; ++i) {
             const int column = i % pno::kDepthColumns, row = i / pno::kDepthColumns;

@@ -27,10 +27,10 @@ int wrapColumn(int column)
 float RangeMap::at(const Eigen::Vector3f& bearing) const
 {
     if (empty() || !bearing.allFinite()) return 0.f;
-    const EquirectGrid grid{range_m.cols, range_m.rows};
+    const EquirectGrid grid{size().width, size().height};
     const Eigen::Vector2d pixel = grid.pixel(bearing.cast<double>());
-    return range_m(std::clamp(int(pixel.y()), 0, range_m.rows - 1),
-                   std::clamp(int(pixel.x()), 0, range_m.cols - 1));
+    return cell(std::clamp(int(pixel.y()), 0, grid.height - 1),
+                std::clamp(int(pixel.x()), 0, grid.width - 1));
 }
 
 void reduceRangeCells(const cv::Mat1w& raw, float unit_m, int cell, cv::Mat1f range_m, cv::Mat1b edge)
@@ -60,7 +60,7 @@ RangeMap rangeMapFromPicture(const cv::Mat1w& raw, float unit_m)
     cv::Mat1w fitted = raw;
     const cv::Size size(kRangeWidth * cell, kRangeHeight * cell);
     if (raw.size() != size) cv::resize(raw, fitted, size, 0, 0, cv::INTER_NEAREST);
-    RangeMap map{cv::Mat1f(kRangeHeight, kRangeWidth), cv::Mat1b(kRangeHeight, kRangeWidth)};
+    RangeMap map{cv::Mat1f(kRangeHeight, kRangeWidth), cv::Mat1b(kRangeHeight, kRangeWidth), unit_m, nullptr};
     reduceRangeCells(fitted, unit_m, cell, map.range_m, map.edge);
     return map;
 }

@@ -139,7 +139,8 @@ TEST(RangeReduction, MedianOfTheValidSamplesAndEdgesWhereTheyJump)
 
 TEST(RangeReduction, SurfaceRangeIsExactBetweenCellsOfASlantedPlane)
 {
-    RangeMap map{cv::Mat1f(kRangeHeight, kRangeWidth), cv::Mat1b(kRangeHeight, kRangeWidth, uchar(0))};
+    RangeMap map{cv::Mat1f(kRangeHeight, kRangeWidth), cv::Mat1b(kRangeHeight, kRangeWidth, uchar(0)), 0.f,
+                 nullptr};
     const EquirectGrid grid{kRangeWidth, kRangeHeight};
     const Eigen::Vector3d normal(0.8, 0.6, 0.0);
     const auto plane = [&](const Eigen::Vector3d& direction) {
