@@ -6,6 +6,8 @@
 #include "nexomap/src/links/HandMadePose.h"
 #include "tests/nexomap/LibraryFixture.h"
 
+#include <opencv2/imgcodecs.hpp>
+
 using namespace nexomap;
 
 namespace {
@@ -228,6 +230,49 @@ TEST_F(HandMade, WithoutLidarPairsOfOnePlaceAreAPureTurn)
     const double turn = headingOf(tour.stations[0].pose.R.transpose() * tour.stations[1].pose.R);
     EXPECT_NEAR(wrapAngle(node(1).direction - node(0).direction - turn), 0.0, 1.0 * kDegree);
     EXPECT_NEAR(match(0).spacing, 0.0, 1e-6);
+}
+
+TEST_F(HandMade, AWrongPairAmongFiveIsShownInTheMatchPictureWithWhatItIsOffBy)
+{
+    const MadeUpTour tour = room();
+    link(tour);
+    auto five = picks(tour, 0, 1, 5, 0.1, 5);
+    five[2].polar_1 += (five[2].polar_1 < 1.5 ? 8.0 : -8.0) * kDegree;
+    ASSERT_EQ(NexomapAddPanoMatch(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    pick(name(0), name(1), five);
+    ASSERT_EQ(NexomapAnalyzePanoMatchParas(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    const auto told = library().model.edges.back().picks;
+    ASSERT_TRUE(told && told->size() == 5u);
+    for (int k = 0; k < 5; ++k) {
+        EXPECT_EQ((*told)[k].left_out, k == 2) << k;
+        EXPECT_LT((*told)[k].degrees, k == 2 ? 60.0 : 1.0) << k;
+    }
+    EXPECT_GT((*told)[2].degrees, 4.0);
+    EXPECT_GT((*told)[2].metres, 0.1);
+    const std::string key = name(0) + "_" + name(1) + ".png";
+    ASSERT_EQ(folder.names(), std::vector<std::string>{key});
+    const cv::Mat3b picture = cv::imread((folder / key).string());
+    cv::Mat1b red;
+    cv::inRange(picture, cv::Scalar(0, 0, 250), cv::Scalar(5, 5, 255), red);
+    EXPECT_GT(cv::countNonZero(red), 200);
+}
+
+TEST_F(HandMade, WithoutLidarAWrongPairAmongSixIsTold)
+{
+    MadeUpTour tour = room();
+    tour.lidar = false;
+    link(tour);
+    auto six = picks(tour, 0, 1, 6, 0.05, 5);
+    six[1].polar_1 += (six[1].polar_1 < 1.5 ? 8.0 : -8.0) * kDegree;
+    ASSERT_EQ(NexomapAddPanoMatch(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    pick(name(0), name(1), six);
+    ASSERT_EQ(NexomapAnalyzePanoMatchParas(name(0).c_str(), name(1).c_str()), NEXOMAP_OK);
+    const auto told = library().model.edges.back().picks;
+    ASSERT_TRUE(told && told->size() == 6u);
+    for (int k = 0; k < 6; ++k)
+        EXPECT_EQ((*told)[k].left_out, k == 1) << k << ": " << (*told)[k].degrees;
+    EXPECT_GT((*told)[1].degrees, 1.0);
+    EXPECT_EQ((*told)[1].metres, 0.0);
 }
 
 } // namespace

@@ -38,13 +38,13 @@ cv::Scalar hueOf(double azimuth)
 }
 
 void drawLine(cv::Mat3b& picture, const Eigen::Vector2d& from, const Eigen::Vector2d& to,
-              const cv::Scalar& colour)
+              const cv::Scalar& colour, int thickness = 1)
 {
     const auto line = [&](double shift) {
         cv::Point2d a(from.x() + shift, from.y()), b(to.x() + shift, to.y());
         if (to.x() - from.x() > kWidth / 2) b.x -= kWidth;
         if (from.x() - to.x() > kWidth / 2) b.x += kWidth;
-        cv::line(picture, a, b, colour, 1, cv::LINE_AA);
+        cv::line(picture, a, b, colour, thickness, cv::LINE_AA);
         cv::circle(picture, a, 2, colour, 1, cv::LINE_AA);
         cv::circle(picture, b, 2, colour, 1, cv::LINE_AA);
     };
@@ -75,6 +75,21 @@ cv::Mat3b drawMatch(const Panorama& panorama_0, const Panorama& panorama_1, cons
         const Eigen::Vector2d from = grid.pixel(u_0) + Eigen::Vector2d(0, kCaption);
         const Eigen::Vector2d to = grid.pixel(u_1) + Eigen::Vector2d(0, kCaption + kHeight + kGap);
         drawLine(picture, from, to, hueOf(azimuthOf(u_0)));
+    }
+    for (const LeftOutPair& pair : caption.left_out) {
+        const cv::Scalar red(0, 0, 255);
+        const Eigen::Vector2d from = grid.pixel(pair.bearing_0) + Eigen::Vector2d(0, kCaption);
+        const Eigen::Vector2d to = grid.pixel(pair.bearing_1) + Eigen::Vector2d(0, kCaption + kHeight + kGap);
+        drawLine(picture, from, to, red, 2);
+        char text[96];
+        const int length =
+            std::snprintf(text, sizeof text, "pair %d left out, %.1f degrees off", pair.number, pair.degrees);
+        if (pair.metres > 0.0 && length > 0)
+            std::snprintf(text + length, sizeof text - std::size_t(length), ", %.2f m", pair.metres);
+        const cv::Point at(std::min(int(from.x()) + 6, kWidth - 310),
+                           std::max(kCaption + 16, int(from.y()) - 6));
+        cv::rectangle(picture, at + cv::Point(-3, -14), at + cv::Point(305, 5), {255, 255, 255}, cv::FILLED);
+        cv::putText(picture, text, at, cv::FONT_HERSHEY_SIMPLEX, 0.45, red, 1, cv::LINE_AA);
     }
     char numbers[160];
     const int length = std::snprintf(numbers, sizeof numbers, "%s, %zu of %d matches fit, reliability %.2f",

@@ -185,6 +185,13 @@ void drawMatchPicture(const Model& model, const Workplace& workplace, const Edge
     caption.scale_known = edge.pose->metric;
     caption.reliability = edge.reliability;
     caption.origin = originText(edge.origin);
+    for (std::size_t k = 0; edge.picks && k < edge.picks->size(); ++k) {
+        const PickResidual& pick = (*edge.picks)[k];
+        if (pick.left_out)
+            caption.left_out.push_back({directionFromAngles(pick.pick.azimuth_0, pick.pick.polar_0),
+                                        directionFromAngles(pick.pick.azimuth_1, pick.pick.polar_1),
+                                        int(k) + 1, pick.degrees, pick.metres});
+    }
     const cv::Mat3b picture = drawMatch(node_0.source->look(workplace.front_end),
                                         node_1.source->look(workplace.front_end), *edge.pose, caption);
     Bytes png;

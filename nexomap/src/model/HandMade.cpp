@@ -4,7 +4,9 @@
 #include "nexomap/src/model/HandMade.h"
 
 #include "nexomap/src/links/HandMadeBearings.h"
+#include "nexomap/src/links/OneSidedScale.h"
 #include "nexomap/src/links/SightLine.h"
+#include "nexomap/src/model/Adding.h"
 
 #include <algorithm>
 
@@ -58,6 +60,7 @@ void analyseMatch(Model& model, const Workplace& workplace, const std::string& n
     std::optional<PairPose> pose = ranged ? poseFromPicks(panorama_0, panorama_1, announcement.picks)
                                           : poseFromBearingPicks(announcement.picks);
     if (!pose) throw Failure(NEXOMAP_CANNOT_SOLVE, "the pairs do not determine where the panoramas stand");
+    if (!ranged) giveScaleByRanges(panorama_0, panorama_1, &*pose);
 
     Edge edge;
     edge.node_0 = announcement.node_0;
@@ -67,6 +70,10 @@ void analyseMatch(Model& model, const Workplace& workplace, const std::string& n
     edge.reliability = pose->reliability;
     edge.values = linkValues({}, {pose->R_0_from_1, pose->t_0_from_1}, heightOf(&panorama_0),
                              heightOf(&panorama_1), Eigen::Vector3d::UnitZ());
+    const std::vector<PickResidual> picks = pickResiduals(panorama_0, panorama_1, announcement.picks, *pose);
+    const bool all_fit =
+        std::none_of(picks.begin(), picks.end(), [](const PickResidual& pick) { return pick.left_out; });
+    edge.picks = std::make_shared<const std::vector<PickResidual>>(picks);
     edge.pose = std::make_shared<const PairPose>(std::move(*pose));
     model.nodes[edge.node_0].height_m = panorama_0.camera_height_m;
     model.nodes[edge.node_1].height_m = panorama_1.camera_height_m;
@@ -77,6 +84,8 @@ void analyseMatch(Model& model, const Workplace& workplace, const std::string& n
                                      [&](const Edge& e) { return pairOf(e.node_0, e.node_1) == pair; }),
                       model.edges.end());
     model.edges.push_back(std::move(edge));
+    // The newest picture is what the program shows next: the person sees which pair was wrong.
+    if (!all_fit) drawMatchPicture(model, workplace, model.edges.back());
 }
 
 std::string deleteMatch(Model& model, const std::string& name_0, const std::string& name_1)

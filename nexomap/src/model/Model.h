@@ -7,6 +7,7 @@
 #include "nexomap/src/files/WorkingFolder.h"
 #include "nexomap/src/links/HandMadePose.h"
 #include "nexomap/src/links/LinkValues.h"
+#include "nexomap/src/links/PickResiduals.h"
 #include "nexomap/src/model/PanoramaSource.h"
 
 #include <cstdint>
@@ -49,6 +50,7 @@ struct Edge
     std::shared_ptr<const PairPose> pose;
     LinkValues values;
     double reliability = 0.0;
+    std::shared_ptr<const std::vector<PickResidual>> picks; ///< by hand, until the tour is closed; else null
 };
 
 /// A match made by hand that waits for its analysis; the picks as the two names were announced.
