@@ -44,11 +44,24 @@ void PanoramaSphere::initialise(QOpenGLFunctions& gl, QSize panoramaSize)
     m_textureSize = panoramaSize;
 }
 
+void PanoramaSphere::initialiseLike(QOpenGLFunctions& gl, const PanoramaSphere& other, QSize panoramaSize)
+{
+    m_program = other.m_program;
+    m_vertices = other.m_vertices;
+    m_indices = other.m_indices;
+    m_indexCount = other.m_indexCount;
+    m_isShared = true;
+    m_texture = AllocateTexture(gl, panoramaSize, GL_RGB);
+    m_textureSize = panoramaSize;
+}
+
 void PanoramaSphere::release(QOpenGLFunctions& gl)
 {
-    gl.glDeleteProgram(m_program);
-    gl.glDeleteBuffers(1, &m_vertices);
-    gl.glDeleteBuffers(1, &m_indices);
+    if (!m_isShared) {
+        gl.glDeleteProgram(m_program);
+        gl.glDeleteBuffers(1, &m_vertices);
+        gl.glDeleteBuffers(1, &m_indices);
+    }
     gl.glDeleteTextures(1, &m_texture);
 }
 

@@ -18,6 +18,9 @@ class PanoramaSphere
 public:
     /// Makes the objects, anew when the context is another one. The texture has no content yet.
     void initialise(QOpenGLFunctions& gl, QSize panoramaSize);
+    /// Draws with the program and the mesh of another sphere of this context, which has to outlive this one:
+    /// a driver compiles a program anew for each sphere that has its own, with its first frame.
+    void initialiseLike(QOpenGLFunctions& gl, const PanoramaSphere& other, QSize panoramaSize);
     void release(QOpenGLFunctions& gl);
 
     /// Uploads the whole picture, RGB.
@@ -43,5 +46,6 @@ private:
     GLuint m_indices = 0;
     GLsizei m_indexCount = 0;
     GLuint m_texture = 0;
+    bool m_isShared = false; ///< program and mesh are another sphere's
     QSize m_textureSize;
 };

@@ -16,7 +16,8 @@ constexpr int kPixelsAtOnce = 1 << 20; ///< a few milliseconds even without a gr
 
 } // namespace
 
-void PanoramaTextures::add(QOpenGLFunctions& gl, int station, int width, const QImage& picture)
+void PanoramaTextures::add(QOpenGLFunctions& gl, int station, int width, const QImage& picture,
+                           const PanoramaSphere& like)
 {
     if (picture.isNull() || has(station, width)) return;
     m_slots.emplace_back();
@@ -24,7 +25,7 @@ void PanoramaTextures::add(QOpenGLFunctions& gl, int station, int width, const Q
     slot.station = station;
     slot.width = width;
     slot.waiting = picture;
-    slot.sphere.initialise(gl, QSize(0, 0));
+    slot.sphere.initialiseLike(gl, like, QSize(0, 0));
 }
 
 bool PanoramaTextures::uploadStep(QOpenGLFunctions& gl, Slot& slot)

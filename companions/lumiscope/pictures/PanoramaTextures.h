@@ -23,7 +23,8 @@ class PanoramaTextures
 {
 public:
     /// Takes a picture; it can be drawn when `upload` is through with it.
-    void add(QOpenGLFunctions& gl, int station, int width, const QImage& picture);
+    /// @param like  whose program and mesh it is drawn with; outlives the pictures
+    void add(QOpenGLFunctions& gl, int station, int width, const QImage& picture, const PanoramaSphere& like);
 
     /// Uploads for about so long, pictures of the station `first` before the others.
     /// @param awaited  stop as soon as a picture of the station is complete

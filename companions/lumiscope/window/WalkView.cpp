@@ -100,7 +100,7 @@ void WalkView::initializeGL()
     m_markerTaken = UploadTexture(*this, marker, GL_RGBA); // red and blue change places: blue turns orange
     m_initialised = true;
     for (const EarlyPicture& early : m_early)
-        m_textures.add(*this, early.station, early.width, early.picture);
+        m_textures.add(*this, early.station, early.width, early.picture, m_program);
     m_early.clear();
     m_uploads.start(0);
 }
@@ -114,7 +114,7 @@ void WalkView::addPicture(int station, int width, const QImage& picture)
 {
     if (!m_initialised) return m_early.push_back({station, width, picture});
     makeCurrent();
-    m_textures.add(*this, station, width, picture);
+    m_textures.add(*this, station, width, picture, m_program);
     doneCurrent();
     m_uploads.start(0);
 }
@@ -173,8 +173,24 @@ void WalkView::changed()
     Q_EMIT turned();
 }
 
+void WalkView::warmUp()
+{
+    if (m_isWarm || m_program.program() == 0) return;
+    m_isWarm = true;
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 1, 1);
+    const Matrix4 anywhere = IdentityMatrix();
+    m_program.draw(*this, anywhere);
+    m_program.draw(*this, anywhere, 0.5f);
+    UseOverlayBlending(*this);
+    m_program.useForOverlays(*this);
+    DrawOverlayQuad(*this, m_program.program(), QRect(0, 0, 1, 1), size(), m_marker);
+    glDisable(GL_SCISSOR_TEST);
+}
+
 void WalkView::paintGL()
 {
+    warmUp();
     glClear(GL_COLOR_BUFFER_BIT);
     if (!m_visitor) return;
     drawSpheres();

@@ -89,6 +89,9 @@ private:
     void drawMarkers();
     void drawHotspots();
     void release();
+    /// Draws next to nothing once in each of the ways that frames are drawn, while the tour is still being
+    /// read: drivers compile programs with their first use.
+    void warmUp();
     void click(QPoint at);
     void hover(QPoint at);
     void changed();
@@ -104,7 +107,7 @@ private:
     std::vector<EarlyPicture> m_early; ///< came before there was a context
     std::optional<Visitor> m_visitor;
     PanoramaTextures m_textures;
-    PanoramaSphere m_program; ///< for markers and icons, whether there is a picture or not
+    PanoramaSphere m_program; ///< for markers, icons and all pictures; there before the first of them
     HotspotIcons m_icons;
     std::vector<QImage> m_iconImages;
     std::vector<GLuint> m_iconTextures;
@@ -126,6 +129,7 @@ private:
     GLint m_maxTexture = kSharpWidth;
     bool m_usable = true;
     bool m_initialised = false;
+    bool m_isWarm = false;
 };
 
 } // namespace lumiscope
