@@ -142,8 +142,10 @@ std::optional<CloudTopView> cloudTopView(const std::string& path)
         Raster raster(grid.width, grid.height);
         const std::size_t stride = (cloud.points() + kMostThinned - 1) / kMostThinned;
         std::size_t before = 0;
+        nexomap::CompressedCloud::Reader reader(cloud);
+        nexomap::CloudChunk chunk;
         for (std::size_t k = 0; k < cloud.chunks(); ++k) {
-            const nexomap::CloudChunk chunk = cloud.chunk(k);
+            reader.read(k, &chunk);
             raster.add(chunk);
             thin(chunk, before, stride, &view);
             before += chunk.points;

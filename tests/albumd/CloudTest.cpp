@@ -59,7 +59,8 @@ std::string madeUpCloud(std::uint32_t divisor = 5)
     file.put(nexomap::kCompressedVersion);
     file.bytes.insert(file.bytes.end(), header.bytes.begin(), header.bytes.end());
     file.put(nexomap::compressedChecksum(file.bytes.data(), file.bytes.size()));
-    const auto packed = nexomap::encodeChunk(chunk);
+    std::vector<std::uint8_t> packed;
+    nexomap::ChunkCoder().encode(chunk, &packed);
     file.put(std::uint32_t(packed.size()));
     file.bytes.insert(file.bytes.end(), packed.begin(), packed.end());
     return std::string(file.bytes.begin(), file.bytes.end());

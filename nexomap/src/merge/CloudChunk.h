@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace nexomap {
@@ -22,13 +23,28 @@ struct CloudChunk
     const std::uint8_t* plane(std::size_t number) const { return planes.data() + number * points; }
 };
 
+/// Codes chunks one after the other in the same memory: a fresh block for each would cost more than the
+/// coding. One thread at a time.
+///
 /// Points in the order of a space-filling curve become an octree, others differences of their coordinates;
 /// colours are differences from point to point, red and blue against green. Then Zstandard.
-/// @throws std::bad_alloc
-std::vector<std::uint8_t> encodeChunk(const CloudChunk& chunk);
+class ChunkCoder
+{
+public:
+    /// @throws std::bad_alloc
+    ChunkCoder();
+    ~ChunkCoder();
 
-/// @param points  how many there are, at most kMostPoints
-/// @throws Failure(NEXOMAP_BAD_FILE) for bytes that encodeChunk did not write
-CloudChunk decodeChunk(const std::vector<std::uint8_t>& packed, std::size_t points);
+    /// @param packed  gets the bytes of the chunk
+    void encode(const CloudChunk& chunk, std::vector<std::uint8_t>* packed);
+
+    /// @param chunk  `points` says how many there are, at most kMostPoints; gets their planes
+    /// @throws Failure(NEXOMAP_BAD_FILE) for bytes that `encode` did not write
+    void decode(const std::vector<std::uint8_t>& packed, CloudChunk* chunk);
+
+private:
+    struct Workspace;
+    std::unique_ptr<Workspace> m_work;
+};
 
 } // namespace nexomap

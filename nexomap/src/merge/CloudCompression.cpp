@@ -8,11 +8,10 @@
 #include "nexomap/src/merge/CloudChunk.h"
 #include "nexomap/src/merge/CompressedCloud.h"
 #include "nexomap/src/merge/CompressedCloudFormat.h"
+#include "nexomap/src/merge/OrderedWork.h"
 
 #include <algorithm>
-#include <deque>
 #include <fstream>
-#include <future>
 #include <thread>
 
 namespace nexomap {
@@ -61,21 +60,10 @@ std::size_t pointsOfChunk(std::uint32_t points, std::size_t chunk)
     return std::min<std::size_t>(CloudChunk::kMostPoints, points - chunk * CloudChunk::kMostPoints);
 }
 
-/// Does `work(chunk)` for all chunks, some at a time, and meanwhile gives the results to `take` in their
-/// order.
-template <class Work, class Take>
-void inOrder(std::size_t chunks, const Work& work, const Take& take)
+std::size_t threadsFor(std::size_t chunks, unsigned wanted)
 {
-    const std::size_t workers = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
-    std::deque<std::future<decltype(work(std::size_t(0)))>> running;
-    std::size_t begun = 0;
-    for (std::size_t done = 0; done < chunks; ++done) {
-        while (begun < chunks && running.size() <= workers)
-            running.push_back(std::async(std::launch::async, work, begun++));
-        const auto result = running.front().get();
-        running.pop_front();
-        take(done, result);
-    }
+    const std::size_t threads = wanted ? wanted : compressionThreads();
+    return std::max<std::size_t>(1, std::min(threads, chunks));
 }
 
 fs::path otherEnding(const std::string& path, const std::string& from, const std::string& to)
@@ -87,7 +75,12 @@ fs::path otherEnding(const std::string& path, const std::string& from, const std
 
 } // namespace
 
-PendingFile compressCloud(const fs::path& cloud, const fs::path& target)
+unsigned compressionThreads()
+{
+    return std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
+}
+
+PendingFile compressCloud(const fs::path& cloud, const fs::path& target, unsigned threads)
 {
     Source source(cloud);
     std::array<std::uint8_t, kCloudHeaderBytes> header;
@@ -103,49 +96,60 @@ PendingFile compressCloud(const fs::path& cloud, const fs::path& target)
     head.bytes.insert(head.bytes.end(), header.begin(), header.end());
     head.put(compressedChecksum(head.bytes.data(), head.bytes.size()));
     file.write(head.bytes.data(), head.bytes.size());
-    const auto encode = [&](std::size_t number) {
-        Source planes(cloud); // every worker reads for itself
-        CloudChunk chunk{pointsOfChunk(*points, number), {}};
-        chunk.planes.resize(CloudChunk::kPlanes * chunk.points);
-        for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
-            planes.readAt(kCloudHeaderBytes + std::uint64_t(k) * *points + number * CloudChunk::kMostPoints,
-                          chunk.plane(k), chunk.points);
-        return encodeChunk(chunk);
+    const std::size_t chunks = chunksOf(*points);
+    const auto makeWorker = [&] {
+        // Every worker reads for itself.
+        return [&, planes = Source(cloud), chunk = CloudChunk(),
+                coder = ChunkCoder()](std::size_t number, Bytes* packed) mutable {
+            chunk.points = pointsOfChunk(*points, number);
+            chunk.planes.resize(CloudChunk::kPlanes * chunk.points);
+            for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
+                planes.readAt(kCloudHeaderBytes + std::uint64_t(k) * *points +
+                                  number * CloudChunk::kMostPoints,
+                              chunk.plane(k), chunk.points);
+            coder.encode(chunk, packed);
+        };
     };
-    inOrder(chunksOf(*points), encode, [&](std::size_t, const Bytes& packed) {
-        ByteWriter size;
-        size.put(std::uint32_t(packed.size()));
-        file.write(size.bytes.data(), size.bytes.size());
-        file.write(packed.data(), packed.size());
-    });
+    OrderedWork<Bytes>(chunks, threadsFor(chunks, threads))
+        .run(makeWorker, [&](std::size_t, const Bytes& packed) {
+            ByteWriter size;
+            size.put(std::uint32_t(packed.size()));
+            file.write(size.bytes.data(), size.bytes.size());
+            file.write(packed.data(), packed.size());
+        });
     file.close();
     return file;
 }
 
-PendingFile decompressCloud(const fs::path& compressed, const fs::path& target)
+PendingFile decompressCloud(const fs::path& compressed, const fs::path& target, unsigned threads)
 {
     const CompressedCloud cloud(compressed);
     const std::uint64_t points = cloud.points();
     PendingFile file(target);
     file.write(cloud.header().data(), kCloudHeaderBytes);
-    const auto decode = [&](std::size_t number) { return cloud.chunk(number); };
-    inOrder(cloud.chunks(), decode, [&](std::size_t number, const CloudChunk& chunk) {
-        for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
-            file.writeAt(kCloudHeaderBytes + k * points + number * CloudChunk::kMostPoints, chunk.plane(k),
-                         chunk.points);
-    });
+    const auto makeWorker = [&] {
+        return [reader = CompressedCloud::Reader(cloud)](std::size_t number, CloudChunk* chunk) mutable {
+            reader.read(number, chunk);
+        };
+    };
+    OrderedWork<CloudChunk>(cloud.chunks(), threadsFor(cloud.chunks(), threads))
+        .run(makeWorker, [&](std::size_t number, const CloudChunk& chunk) {
+            for (std::size_t k = 0; k < CloudChunk::kPlanes; ++k)
+                file.writeAt(kCloudHeaderBytes + k * points + number * CloudChunk::kMostPoints,
+                             chunk.plane(k), chunk.points);
+        });
     file.close();
     return file;
 }
 
-void compressCloudFile(const std::string& path)
+void compressCloudFile(const std::string& path, unsigned threads)
 {
-    compressCloud(path, otherEnding(path, ".tmp", ".cld")).finish();
+    compressCloud(path, otherEnding(path, ".tmp", ".cld"), threads).finish();
 }
 
-void decompressCloudFile(const std::string& path)
+void decompressCloudFile(const std::string& path, unsigned threads)
 {
-    decompressCloud(path, otherEnding(path, ".cld", ".tmp")).finish();
+    decompressCloud(path, otherEnding(path, ".cld", ".tmp"), threads).finish();
 }
 
 } // namespace nexomap

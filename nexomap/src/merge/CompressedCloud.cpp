@@ -8,7 +8,6 @@
 #include "nexomap/src/merge/CompressedCloudFormat.h"
 
 #include <algorithm>
-#include <fstream>
 
 namespace nexomap {
 namespace {
@@ -71,11 +70,24 @@ CompressedCloud::CompressedCloud(const std::filesystem::path& path)
 
 CloudChunk CompressedCloud::chunk(std::size_t number) const
 {
-    std::ifstream file = opened(m_path); // threads do not share a place in it
-    std::vector<std::uint8_t> packed(m_places[number].second);
-    readAt(file, m_places[number].first, packed.data(), packed.size());
-    return decodeChunk(
-        packed, std::min<std::size_t>(CloudChunk::kMostPoints, m_points - number * CloudChunk::kMostPoints));
+    CloudChunk chunk;
+    Reader(*this).read(number, &chunk);
+    return chunk;
+}
+
+CompressedCloud::Reader::Reader(const CompressedCloud& cloud)
+    : m_cloud(&cloud)
+    , m_file(opened(cloud.m_path))
+{}
+
+void CompressedCloud::Reader::read(std::size_t number, CloudChunk* chunk)
+{
+    const auto& [offset, length] = m_cloud->m_places[number];
+    m_packed.resize(length);
+    readAt(m_file, offset, m_packed.data(), m_packed.size());
+    chunk->points =
+        std::min<std::size_t>(CloudChunk::kMostPoints, m_cloud->m_points - number * CloudChunk::kMostPoints);
+    m_coder.decode(m_packed, chunk);
 }
 
 } // namespace nexomap

@@ -45,7 +45,7 @@ struct Children
 
 } // namespace
 
-bool encodeOctree(std::vector<std::uint64_t>& keys, std::size_t most_bytes, OctreeCode* code)
+bool OctreeCoder::encode(std::size_t most_bytes, OctreeCode* code)
 {
     code->trees = 0;
     code->nodes.clear();
@@ -60,48 +60,48 @@ bool encodeOctree(std::vector<std::uint64_t>& keys, std::size_t most_bytes, Octr
     }
     if (code->trees > kMostOctrees) return false;
 
-    std::vector<std::uint8_t> level(keys.size());
-    std::array<std::vector<std::uint8_t>, kOctreeLevels> levels;
+    m_levels.resize(most_bytes + keys.size());
+    std::array<std::size_t, kOctreeLevels> nodes;
     std::size_t count = keys.size(), bytes = 0;
     for (std::size_t k = kOctreeLevels; k-- > 0;) {
-        count = fold(keys.data(), count, level.data());
-        bytes += count;
+        count = fold(keys.data(), count, m_levels.data() + bytes);
+        bytes += nodes[k] = count;
         if (bytes > most_bytes) return false;
-        levels[k].assign(level.begin(), level.begin() + std::ptrdiff_t(count));
     }
     code->nodes.reserve(bytes);
-    for (const std::vector<std::uint8_t>& nodes : levels)
-        code->nodes.insert(code->nodes.end(), nodes.begin(), nodes.end());
+    for (const std::size_t of_level : nodes) {
+        bytes -= of_level;
+        code->nodes.insert(code->nodes.end(), m_levels.data() + bytes, m_levels.data() + bytes + of_level);
+    }
     return true;
 }
 
-bool decodeOctree(std::uint32_t trees, const std::uint8_t* nodes, std::size_t size, std::size_t count,
-                  std::vector<std::uint64_t>* keys)
+bool OctreeCoder::decode(std::uint32_t trees, const std::uint8_t* nodes, std::size_t size, std::size_t count)
 {
     static const Children children;
     if (trees > count || trees > kMostOctrees || (trees == 0) != (count == 0)) return false;
-    std::vector<std::uint64_t> parents(count + 8);
-    keys->resize(count + 8);
+    m_parents.resize(count + 8);
+    keys.resize(count + 8);
     for (std::uint32_t tree = 0; tree < trees; ++tree)
-        (*keys)[tree] = tree;
+        keys[tree] = tree;
     std::size_t known = trees;
     for (int level = 0; level < kOctreeLevels && known; ++level) {
         if (size < known) return false;
-        parents.swap(*keys);
-        std::uint64_t* to = keys->data();
+        m_parents.swap(keys);
+        std::uint64_t* to = keys.data();
         const std::uint64_t* const end = to + count;
         for (std::size_t i = 0; i < known; ++i) {
             const std::uint8_t byte = nodes[i];
             // An empty node would let the tree shrink, a full one may run over the end.
             if (byte == 0 || std::size_t(end - to) < children.count[byte]) return false;
-            const std::uint64_t first = parents[i] << 3;
+            const std::uint64_t first = m_parents[i] << 3;
             for (unsigned bit = 0; bit < 8; ++bit) // all eight: cheaper than to ask how many
                 to[bit] = first | children.number[byte][bit];
             to += children.count[byte];
         }
         nodes += known;
         size -= known;
-        known = std::size_t(to - keys->data());
+        known = std::size_t(to - keys.data());
     }
     return known == count && size == 0;
 }

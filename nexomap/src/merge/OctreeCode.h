@@ -21,15 +21,25 @@ struct OctreeCode
 constexpr int kOctreeLevels = 16;
 constexpr std::uint32_t kMostOctrees = 65535;
 
-/// @param keys  below 2^48; used as working space
-/// @return false when there would be more than kMostOctrees trees or more than `most_bytes` nodes
-bool encodeOctree(std::vector<std::uint64_t>& keys, std::size_t most_bytes, OctreeCode* code);
+/// Codes many trees, one after the other, in the same memory.
+class OctreeCoder
+{
+public:
+    /// The keys to encode, below 2^48, and those decoded. Encoding uses them up; after decoding there may be
+    /// more than were asked for.
+    std::vector<std::uint64_t> keys;
 
-/// @param nodes, size  what OctreeCode held
-/// @param count  number of keys there have to be
-/// @param keys  gets them; may be longer than `count`
-/// @return false for bytes that are no such code
-bool decodeOctree(std::uint32_t trees, const std::uint8_t* nodes, std::size_t size, std::size_t count,
-                  std::vector<std::uint64_t>* keys);
+    /// @return false when there would be more than kMostOctrees trees or more than `most_bytes` nodes
+    bool encode(std::size_t most_bytes, OctreeCode* code);
+
+    /// @param nodes, size  what OctreeCode held
+    /// @param count  number of keys there have to be
+    /// @return false for bytes that are no such code
+    bool decode(std::uint32_t trees, const std::uint8_t* nodes, std::size_t size, std::size_t count);
+
+private:
+    std::vector<std::uint64_t> m_parents;
+    std::vector<std::uint8_t> m_levels; ///< the deepest level first
+};
 
 } // namespace nexomap

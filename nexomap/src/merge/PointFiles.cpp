@@ -6,6 +6,7 @@
 #include "nexomap/src/Failure.h"
 #include "nexomap/src/merge/PtsText.h"
 
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -60,6 +61,30 @@ PendingFile writePoints(const fs::path& path, const std::vector<char>& head, con
     return file;
 }
 
+/// Middles of the cells along an axis of the grid in units of 0.0001 m. Whole numbers where the cells are so
+/// many units wide that their halves are whole, as they are with all grids of the merge.
+class GridAxis
+{
+public:
+    GridAxis(const CloudGrid& grid, std::size_t axis)
+        : m_steps(axis < 2 ? grid.stepsPerMetre() : grid.stepsPerMetreZ())
+        , m_half(std::int64_t(kHalfMetre / m_steps))
+        , m_origin(grid.origin[axis])
+        , m_whole(double(m_half) * m_steps == kHalfMetre)
+    {}
+    std::int64_t tenThousandths(std::uint16_t cell) const
+    {
+        if (m_whole) return (2 * std::int64_t(cell) + 1) * m_half - m_origin;
+        return std::llround((cell + 0.5) * 2.0 * kHalfMetre / m_steps) - m_origin;
+    }
+
+private:
+    static constexpr double kHalfMetre = 5000.0;
+    double m_steps;
+    std::int64_t m_half, m_origin;
+    bool m_whole;
+};
+
 std::vector<char> countLine(std::uint64_t points)
 {
     const std::string line = std::to_string(points) + "\n";
@@ -96,13 +121,12 @@ PendingFile writePts(const fs::path& path, const SurfaceBlocks& surface)
 PendingFile writePts(const fs::path& path, const CloudBlocks& cloud)
 {
     const PtsText text;
-    const Eigen::Vector3d origin = cloud.grid().originMetres();
-    const double steps = cloud.grid().stepsPerMetre(), steps_z = cloud.grid().stepsPerMetreZ();
+    const std::array<GridAxis, 3> axes{GridAxis(cloud.grid(), 0), GridAxis(cloud.grid(), 1),
+                                       GridAxis(cloud.grid(), 2)};
     return writePoints<CloudPoint>(path, countLine(cloud.size()), cloud, PtsText::kMostBytes,
                                    [&](char* to, const CloudPoint& p) {
-                                       to = text.putMetres(to, (p.at[0] + 0.5) / steps - origin.x());
-                                       to = text.putMetres(to, (p.at[1] + 0.5) / steps - origin.y());
-                                       to = text.putMetres(to, (p.at[2] + 0.5) / steps_z - origin.z());
+                                       for (std::size_t k = 0; k < axes.size(); ++k)
+                                           to = text.putTenThousandths(to, axes[k].tenThousandths(p.at[k]));
                                        return text.putColour(to, p.red, p.green, p.blue);
                                    });
 }

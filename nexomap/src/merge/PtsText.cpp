@@ -29,7 +29,11 @@ char* PtsText::putMetres(char* to, double metres) const
 {
     if (!(metres > -kFarthest_m && metres < kFarthest_m)) metres = 0.0;
     const double scaled = metres * kTenThousandths;
-    const auto number = static_cast<std::int64_t>(scaled < 0.0 ? scaled - 0.5 : scaled + 0.5);
+    return putTenThousandths(to, static_cast<std::int64_t>(scaled < 0.0 ? scaled - 0.5 : scaled + 0.5));
+}
+
+char* PtsText::putTenThousandths(char* to, std::int64_t number) const
+{
     *to = '-'; // stays only before a negative number
     to += number < 0;
     const auto size = static_cast<std::uint64_t>(number < 0 ? -number : number);

@@ -20,6 +20,8 @@ public:
     PtsText();
     /// Four decimals, rounded to nearest. Anything beyond 10^13 m or not a number is written as 0.
     char* putMetres(char* to, double metres) const;
+    /// The same number in units of 0.0001 m.
+    char* putTenThousandths(char* to, std::int64_t number) const;
     /// Brightness and the three colours, then the line feed.
     char* putColour(char* to, std::uint8_t red, std::uint8_t green, std::uint8_t blue) const;
 

@@ -97,6 +97,44 @@ TEST_F(HostileCloud, CloudsAboutTheSizeOfAChunkComeBackWhateverTheirBytes)
     }
 }
 
+TEST_F(HostileCloud, ACoderThatRefusedAChunkCodesTheNextOneAsAFreshOneDoes)
+{
+    std::mt19937 random(4);
+    ChunkCoder used, fresh;
+    for (const std::size_t n : {5000u, 3u, 20000u, 1u}) {
+        CloudChunk chunk{n, Bytes(9 * n)};
+        for (std::uint8_t& byte : chunk.planes)
+            byte = std::uint8_t(random() % 5);
+        Bytes packed, again;
+        fresh.encode(chunk, &packed);
+        CloudChunk back{n, {}};
+        EXPECT_THROW(used.decode(Bytes(packed.begin(), packed.end() - 1), &back), Failure);
+        used.encode(chunk, &again);
+        EXPECT_TRUE(again == packed);
+        used.decode(again, &back);
+        EXPECT_TRUE(back.planes == chunk.planes);
+    }
+}
+
+TEST_F(HostileCloud, TheFilesDoNotDependOnTheNumberOfThreads)
+{
+    std::mt19937 random(6);
+    Bytes planes(9 * 5 * CloudChunk::kMostPoints);
+    for (std::uint8_t& byte : planes)
+        byte = std::uint8_t(random() % 3);
+    const Bytes cloud = fileOf(std::uint32_t(planes.size() / 9), planes);
+    writeFile(tmp, cloud);
+    compressCloudFile(tmp, 1);
+    const Bytes by_one = readFile(cld);
+    compressCloudFile(tmp, 3);
+    EXPECT_TRUE(readFile(cld) == by_one);
+    for (const unsigned threads : {1u, 3u}) {
+        std::filesystem::remove(tmp);
+        decompressCloudFile(cld, threads);
+        EXPECT_TRUE(readFile(tmp) == cloud);
+    }
+}
+
 TEST_F(HostileCloud, ACloudThatAnnouncesFourBillionPointsIsRefused)
 {
     Bytes cloud = flat();
@@ -156,11 +194,13 @@ TEST_F(HostileCloud, CutAndBentFilesAreRefusedAndTheEarlierCloudStays)
 TEST_F(HostileCloud, ChunksOfAnyBytesAreRefused)
 {
     std::mt19937 random(9);
+    ChunkCoder coder;
     for (int k = 0; k < 2000; ++k) {
         Bytes bytes(random() % 200);
         for (std::uint8_t& byte : bytes)
             byte = std::uint8_t(random());
-        EXPECT_THROW(decodeChunk(bytes, 1000), Failure);
+        CloudChunk chunk{1000, {}};
+        EXPECT_THROW(coder.decode(bytes, &chunk), Failure);
     }
 }
 

@@ -14,6 +14,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <sstream>
 
 using namespace nexomap;
 
@@ -94,6 +95,36 @@ TEST(PointFiles, ACountLineThenALinePerPointWithoutCarriageReturns)
         expected += line;
     }
     EXPECT_EQ(textOf(readFile(folder / "a.pts")), expected);
+}
+
+TEST(PointFiles, CellsOfAnyGridAreWrittenAtTheirMiddles)
+{
+    const TemporaryFolder folder;
+    std::mt19937 random(2);
+    for (const std::uint32_t refinement : {1u, 2u, 3u, 7u})
+        for (const std::uint32_t divisor : {1u, 2u, 5u, 10u, 100u}) {
+            CloudGrid grid;
+            grid.origin = {123457, 0, 41234};
+            grid.unit_divisor = divisor;
+            grid.refinement = refinement;
+            grid.refinement_z = 8 - refinement;
+            std::vector<CloudPoint> points(200);
+            for (CloudPoint& point : points)
+                for (std::uint16_t& number : point.at)
+                    number = std::uint16_t(random());
+            writePts(folder / "a.pts", CloudInMemory(grid, points)).finish();
+            std::istringstream lines(textOf(readFile(folder / "a.pts")));
+            std::size_t count = 0;
+            ASSERT_TRUE(lines >> count);
+            ASSERT_EQ(count, points.size());
+            for (const CloudPoint& point : points) {
+                Eigen::Vector3d at;
+                int colours[4];
+                ASSERT_TRUE(lines >> at.x() >> at.y() >> at.z() >> colours[0] >> colours[1] >> colours[2] >>
+                            colours[3]);
+                EXPECT_LE((at - worldOf(point, grid)).cwiseAbs().maxCoeff(), 0.5001e-4);
+            }
+        }
 }
 
 TEST(PointFiles, BinaryPointsAreSixteenBytesEach)
