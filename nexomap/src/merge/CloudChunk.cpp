@@ -10,6 +10,7 @@
 #define ZSTD_STATIC_LINKING_ONLY
 #include <zstd.h>
 
+#include <algorithm>
 #include <new>
 
 namespace nexomap {
@@ -48,16 +49,21 @@ const MortonTables& morton()
     return tables;
 }
 
-void getKeys(const CloudChunk& chunk, std::vector<std::uint64_t>& keys)
+void addKeys(const CloudChunk& chunk, OctreeCoder& octree)
 {
+    constexpr std::size_t kAtOnce = 512;
     const MortonTables& t = morton();
     const std::uint8_t *xl = chunk.plane(0), *xh = chunk.plane(1), *yl = chunk.plane(2), *yh = chunk.plane(3),
                        *zl = chunk.plane(4), *zh = chunk.plane(5);
-    keys.resize(chunk.points);
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        const std::uint32_t low = t.spread[xl[i]] | t.spread[yl[i]] << 1 | t.spread[zl[i]] << 2;
-        const std::uint32_t high = t.spread[xh[i]] | t.spread[yh[i]] << 1 | t.spread[zh[i]] << 2;
-        keys[i] = low | std::uint64_t(high) << 24;
+    std::array<std::uint64_t, kAtOnce> keys;
+    for (std::size_t from = 0; from < chunk.points; from += kAtOnce) {
+        const std::size_t to = std::min(chunk.points, from + kAtOnce);
+        for (std::size_t i = from; i < to; ++i) {
+            const std::uint32_t low = t.spread[xl[i]] | t.spread[yl[i]] << 1 | t.spread[zl[i]] << 2;
+            const std::uint32_t high = t.spread[xh[i]] | t.spread[yh[i]] << 1 | t.spread[zh[i]] << 2;
+            keys[i - from] = low | std::uint64_t(high) << 24;
+        }
+        octree.add(keys.data(), to - from);
     }
 }
 
@@ -181,8 +187,9 @@ void ChunkCoder::encode(const CloudChunk& chunk, Bytes* packed)
     OctreeCode& code = m_work->code;
     plain.resize((kColours + kCoordinates) * n + kTrailerBytes);
     encodeColours(chunk, plain.data());
-    getKeys(chunk, m_work->octree.keys);
-    const bool as_octree = m_work->octree.encode(kCoordinates * n, &code);
+    m_work->octree.begin(n);
+    addKeys(chunk, m_work->octree);
+    const bool as_octree = m_work->octree.finish(kCoordinates * n, &code);
     std::uint8_t* const coordinates = plain.data() + kColours * n;
     std::uint8_t* trailer = coordinates;
     if (as_octree) {
@@ -225,7 +232,7 @@ void ChunkCoder::decode(const Bytes& packed, CloudChunk* chunk)
     decodeColours(plain.data(), *chunk);
     if (trailer[4] == kOctree) {
         if (!m_work->octree.decode(trees, coordinates, bytes, points)) refuse();
-        putKeys(m_work->octree.keys, *chunk);
+        putKeys(m_work->octree.keys(), *chunk);
     } else {
         if (trailer[4] != kDifferences || bytes != kCoordinates * points) refuse();
         decodeDifferences(coordinates, *chunk);

@@ -45,29 +45,69 @@ struct Children
 
 } // namespace
 
-bool OctreeCoder::encode(std::size_t most_bytes, OctreeCode* code)
+void OctreeCoder::begin(std::size_t most_keys)
+{
+    if (m_parents.size() < most_keys) m_parents.resize(most_keys);
+    if (m_levels.size() < most_keys) m_levels.resize(most_keys);
+    m_added = m_last = 0;
+    m_before = m_tree = 0;
+    m_children = 0;
+}
+
+void OctreeCoder::add(const std::uint64_t* keys, std::size_t count)
+{
+    if (count == 0) return;
+    // As `fold`, with the trees told apart on the way: the keys are never held all at once.
+    std::uint64_t* const parents = m_parents.data();
+    std::uint8_t* const nodes = m_levels.data();
+    std::uint64_t before = m_before, tree = m_tree, parent = (m_before | m_tree) >> 3;
+    std::size_t last = m_last, i = 0;
+    unsigned children = m_children;
+    if (m_added == 0) {
+        before = keys[0];
+        parent = before >> 3;
+        children = 1u << (before & 7);
+        nodes[0] = std::uint8_t(children);
+        parents[0] = parent;
+        i = 1;
+    }
+    for (; i < count; ++i) {
+        const std::uint64_t key = keys[i];
+        tree += key <= before ? kTree : 0;
+        before = key;
+        const std::uint64_t own = (key | tree) >> 3;
+        const bool same = own == parent;
+        last += !same;
+        children = (same ? children : 0u) | 1u << (key & 7);
+        nodes[last] = std::uint8_t(children);
+        parents[last] = own;
+        parent = own;
+    }
+    m_added += count;
+    m_before = before;
+    m_tree = tree;
+    m_last = last;
+    m_children = children;
+}
+
+bool OctreeCoder::finish(std::size_t most_bytes, OctreeCode* code)
 {
     code->trees = 0;
     code->nodes.clear();
-    if (keys.empty()) return true;
-    std::uint64_t before = 0, tree = 0;
-    for (std::uint64_t& key : keys) {
-        const std::uint64_t own = key;
-        tree += code->trees == 0 ? 0 : own <= before ? kTree : 0;
-        code->trees = std::uint32_t(tree / kTree) + 1;
-        before = own;
-        key = own | tree;
-    }
-    if (code->trees > kMostOctrees) return false;
+    if (m_added == 0) return true;
+    if (m_tree / kTree >= kMostOctrees) return false;
+    code->trees = std::uint32_t(m_tree / kTree) + 1;
 
-    m_levels.resize(most_bytes + keys.size());
     std::array<std::size_t, kOctreeLevels> nodes;
-    std::size_t count = keys.size(), bytes = 0;
-    for (std::size_t k = kOctreeLevels; k-- > 0;) {
-        count = fold(keys.data(), count, m_levels.data() + bytes);
-        bytes += nodes[k] = count;
+    std::size_t count = m_last + 1, bytes = count;
+    nodes.back() = count;
+    for (std::size_t k = kOctreeLevels - 1; k-- > 0;) {
         if (bytes > most_bytes) return false;
+        if (m_levels.size() < bytes + count) m_levels.resize(bytes + count);
+        count = fold(m_parents.data(), count, m_levels.data() + bytes);
+        bytes += nodes[k] = count;
     }
+    if (bytes > most_bytes) return false;
     code->nodes.reserve(bytes);
     for (const std::size_t of_level : nodes) {
         bytes -= of_level;
@@ -81,14 +121,14 @@ bool OctreeCoder::decode(std::uint32_t trees, const std::uint8_t* nodes, std::si
     static const Children children;
     if (trees > count || trees > kMostOctrees || (trees == 0) != (count == 0)) return false;
     m_parents.resize(count + 8);
-    keys.resize(count + 8);
+    m_keys.resize(count + 8);
     for (std::uint32_t tree = 0; tree < trees; ++tree)
-        keys[tree] = tree;
+        m_keys[tree] = tree;
     std::size_t known = trees;
     for (int level = 0; level < kOctreeLevels && known; ++level) {
         if (size < known) return false;
-        m_parents.swap(keys);
-        std::uint64_t* to = keys.data();
+        m_parents.swap(m_keys);
+        std::uint64_t* to = m_keys.data();
         const std::uint64_t* const end = to + count;
         for (std::size_t i = 0; i < known; ++i) {
             const std::uint8_t byte = nodes[i];
@@ -101,7 +141,7 @@ bool OctreeCoder::decode(std::uint32_t trees, const std::uint8_t* nodes, std::si
         }
         nodes += known;
         size -= known;
-        known = std::size_t(to - keys.data());
+        known = std::size_t(to - m_keys.data());
     }
     return known == count && size == 0;
 }

@@ -21,25 +21,30 @@ struct OctreeCode
 constexpr int kOctreeLevels = 16;
 constexpr std::uint32_t kMostOctrees = 65535;
 
-/// Codes many trees, one after the other, in the same memory.
+/// Codes many sets of trees, one after the other, in the same memory.
 class OctreeCoder
 {
 public:
-    /// The keys to encode, below 2^48, and those decoded. Encoding uses them up; after decoding there may be
-    /// more than were asked for.
-    std::vector<std::uint64_t> keys;
-
+    /// Forgets what was added. At most `most_keys` keys will be.
+    void begin(std::size_t most_keys);
+    /// The next keys, below 2^48.
+    void add(const std::uint64_t* keys, std::size_t count);
     /// @return false when there would be more than kMostOctrees trees or more than `most_bytes` nodes
-    bool encode(std::size_t most_bytes, OctreeCode* code);
+    bool finish(std::size_t most_bytes, OctreeCode* code);
 
     /// @param nodes, size  what OctreeCode held
     /// @param count  number of keys there have to be
     /// @return false for bytes that are no such code
     bool decode(std::uint32_t trees, const std::uint8_t* nodes, std::size_t size, std::size_t count);
+    /// What was decoded; there may be more than were asked for.
+    const std::vector<std::uint64_t>& keys() const { return m_keys; }
 
 private:
-    std::vector<std::uint64_t> m_parents;
-    std::vector<std::uint8_t> m_levels; ///< the deepest level first
+    std::vector<std::uint64_t> m_keys, m_parents;
+    std::vector<std::uint8_t> m_levels;     ///< the deepest level first
+    std::size_t m_added = 0, m_last = 0;    ///< keys; number of the last parent
+    std::uint64_t m_before = 0, m_tree = 0; ///< last key; number of its tree, above the bits of keys
+    unsigned m_children = 0;                ///< of the last parent
 };
 
 } // namespace nexomap
