@@ -94,9 +94,8 @@ WallEvidence wallEvidence(const HeightColumns& columns, const PlanRaster& raster
                         breast = HeightColumns::bitsBetween(0.9, 1.95),
                         ground = HeightColumns::bitsBetween(-0.12, 0.07);
     const WallTops tops(columns, raster);
-    WallEvidence evidence{cv::Mat1b(raster.height, raster.width, std::uint8_t(0)),
-                          cv::Mat1b(raster.height, raster.width, std::uint8_t(0)),
-                          cv::Mat1b(raster.height, raster.width, std::uint8_t(0))};
+    const cv::Mat1b none(raster.height, raster.width, std::uint8_t(0));
+    WallEvidence evidence{none.clone(), none.clone(), none.clone(), none.clone()};
     for (int y = 1; y + 1 < raster.height; ++y)
         for (int x = 1; x + 1 < raster.width; ++x) {
             const std::uint64_t own = columns.at(x, y);
@@ -109,9 +108,10 @@ WallEvidence wallEvidence(const HeightColumns& columns, const PlanRaster& raster
             if (end < kTopBins || !tops.reaches(x, y, end)) continue;
             const std::uint64_t upper = ((std::uint64_t(1) << kTopBins) - 1) << (end - kTopBins + 1);
             if (count(about & upper) < kTopBins - 1) continue;
-            const bool stands =
-                count(about & breast) * 2 >= count(breast) || count(about & knees) * 5 >= count(knees) * 3;
+            const bool solid = count(about & breast) * 2 >= count(breast);
+            const bool stands = solid || count(about & knees) * 5 >= count(knees) * 3;
             if (stands || !(about & ground)) evidence.wall(y, x) = 255;
+            if (solid) evidence.solid(y, x) = 255;
         }
     return evidence;
 }

@@ -13,6 +13,7 @@ namespace nexomap {
 struct WallEvidence
 {
     cv::Mat1b wall;  ///< a surface that goes up to where the walls end
+    cv::Mat1b solid; ///< and is no sill: it is filled at breast height, too
     cv::Mat1b floor; ///< the floor is seen
     cv::Mat1b seen;  ///< anything is seen
 };

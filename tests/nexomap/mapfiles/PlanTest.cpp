@@ -123,6 +123,44 @@ TEST(Plan, ThePictureIsTurnedToTheWalls)
     }
 }
 
+TEST(Plan, AllWallsAreAsThickAsThoseThatAreSeenFromBothSides)
+{
+    const MadeUpCloud made = flat(0.0);
+    const Plan plan = planOf(made);
+    for (const double behind : {0.03, 0.11}) {
+        EXPECT_TRUE(plan.black(2, 1.75 + behind, 0.0)) << behind;
+        EXPECT_TRUE(plan.black(-2, -1.75 - behind, 0.0)) << behind;
+        EXPECT_TRUE(plan.black(-4 - behind, 0.5, 0.0)) << behind;
+        EXPECT_TRUE(plan.black(-4 - behind, 1.75 + behind, 0.0)) << "corner " << behind;
+        EXPECT_TRUE(plan.black(4.14 + behind, -1.75 - behind, 0.0)) << "corner " << behind;
+    }
+    for (const double before : {0.06, 0.3}) {
+        EXPECT_FALSE(plan.black(2, 1.75 - before, 0.0)) << before;
+        EXPECT_FALSE(plan.black(-4 + before, 0.5, 0.0)) << before;
+    }
+    EXPECT_FALSE(plan.black(2, 1.75 + 0.25, 0.05));
+}
+
+TEST(Plan, AWindowIsALineWhereItsFrameIs)
+{
+    MadeUpCloud made = flat(0.0);
+    made.add({-3, 1.75, 0.9}, {-1.5, 1.92, 0.9}); // the sill, both sides and the frame
+    made.add({-3, 1.75, 0.9}, {-3, 1.92, 2.25});
+    made.add({-1.5, 1.75, 0.9}, {-1.5, 1.92, 2.25});
+    for (const double from : {-3.0, -2.28, -1.56})
+        made.add({from, 1.92, 0.9}, {from + 0.06, 1.92, 2.25});
+    const Plan plan = planOf(made);
+    for (double x = -2.7; x < -1.6; x += 0.02) {
+        EXPECT_TRUE(plan.black(x, 1.92, 0.03)) << x;
+        EXPECT_FALSE(plan.black(x, 1.8, 0.03)) << x;
+    }
+    EXPECT_TRUE(plan.black(-3.5, 1.8, 0.0));
+    EXPECT_TRUE(plan.black(-1.3, 1.8, 0.0));
+    EXPECT_TRUE(plan.black(-1.3, 1.91, 0.0)) << "thinner than to hold the window";
+    // The walls between rooms stay as they are.
+    EXPECT_FALSE(plan.black(0.07 + 0.14, 1.2, 0.03));
+}
+
 TEST(Plan, BlackLiesOnWallsOnly)
 {
     const MadeUpCloud made = flat(17.3 * kDegree);
@@ -136,8 +174,10 @@ TEST(Plan, BlackLiesOnWallsOnly)
                 flat_from_world * (plan.raster.right * (plan.raster.left + (x + 0.5) * 0.02) +
                                    plan.raster.down * (plan.raster.top + (y + 0.5) * 0.02));
             const double between = std::max(0.0, std::abs(at.x() - 0.07) - 0.07);
-            const double off = std::min(
-                {std::abs(at.x() + 4), std::abs(at.x() - 4.14), between, std::abs(std::abs(at.y()) - 1.75)});
+            // Outer walls are drawn outwards from their faces.
+            const auto outer = [](double beyond) { return std::max(0.0, std::abs(beyond - 0.07) - 0.07); };
+            const double off =
+                std::min({outer(-4 - at.x()), outer(at.x() - 4.14), between, outer(std::abs(at.y()) - 1.75)});
             ++all;
             wrong += off > 0.05;
         }
