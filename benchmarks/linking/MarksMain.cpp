@@ -161,6 +161,7 @@ nlohmann::json linkFolder(const std::string& folder, const FolderOptions& option
             {{"id0", id_0}, {"id1", id_1}, {"rot_0", v[0]}, {"rot_1", v[1]}, {"reliability", reliability}});
         std::printf("  link %s %s, reliability %.2f, mode %d\n", names.at(id_0).c_str(),
                     names.at(id_1).c_str(), reliability, mode);
+        if (!options.pictures.empty()) NexomapDrawPanoMatchPng(id_0, id_1);
     }
     NexomapClean();
     if (options.pictures.empty()) fs::remove_all(work);
