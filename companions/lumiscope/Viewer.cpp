@@ -53,6 +53,7 @@ QString usage()
         "mouse   drag to turn, wheel to zoom, click on a floor marker, a hotspot or a place of the map\n"
         "arrows  turn             + -     zoom\n"
         "Enter   go to the marker towards which you look\n"
+        "finger  drag to turn, tap to walk; two fingers zoom\n"
         "M       fold the map     F11     full screen     Escape  close, leave full screen\n");
 }
 

@@ -74,6 +74,38 @@ TEST_F(Controls, PlusMinusWheelAndButtonsZoomWithinLimits)
     EXPECT_LE(zoom(), 6.0);
 }
 
+TEST_F(Controls, OneFingerTurnsTheViewAndTapsAndTwoFingersZoom)
+{
+    open(made.save());
+    auto fingers = QTest::touchEvent(view, QTest::createTouchDevice(), false);
+    const QPoint marker = pixelOf(visitor().here().neighbours.front());
+    ASSERT_TRUE(view->rect().contains(marker));
+    fingers.press(0, marker, view).commit();
+    fingers.release(0, marker, view).commit();
+    EXPECT_TRUE(arrivesAt(1)) << "a tap on a marker walks there";
+
+    const QPoint middle = view->rect().center();
+    const double before = heading();
+    fingers.press(0, middle, view).commit();
+    fingers.move(0, middle + QPoint(60, 0), view).commit();
+    fingers.move(0, middle + QPoint(120, 0), view).commit();
+    fingers.release(0, middle + QPoint(120, 0), view).commit();
+    EXPECT_GT(heading(), before + 0.05) << "what is under the finger follows it";
+    EXPECT_NEAR(zoom(), 1.0, 1e-9);
+    EXPECT_EQ(station(), 1);
+
+    const double turned = heading();
+    fingers.press(0, middle - QPoint(100, 0), view).press(1, middle, view).commit();
+    fingers.stationary(0).move(1, middle + QPoint(50, 0), view).commit();
+    EXPECT_NEAR(zoom(), 1.5, 1e-6);
+    fingers.stationary(0).move(1, middle + QPoint(20, 0), view).commit();
+    EXPECT_NEAR(zoom(), 1.2, 1e-6);
+    fingers.release(0, middle - QPoint(100, 0), view).stationary(1).commit();
+    fingers.release(1, middle + QPoint(20, 0), view).commit();
+    EXPECT_NEAR(heading(), turned, 1e-6) << "two fingers do not turn";
+    EXPECT_EQ(station(), 1);
+}
+
 TEST_F(Controls, F11TurnsFullScreenOnAndEscapeOff)
 {
     open(made.save());

@@ -66,6 +66,11 @@ void Visitor::zoom(int steps)
         m_look.zoom = sphere::zoomAfterWheel(m_look.zoom, steps, zoomLimit());
 }
 
+void Visitor::zoomBy(double factor)
+{
+    m_look.zoom = sphere::clampZoom(m_look.zoom * factor, zoomLimit());
+}
+
 void Visitor::beginDrag(sphere::PixelPoint cursor)
 {
     m_drag.begin(sphere::screenFromPixel(cursor, m_size), camera());

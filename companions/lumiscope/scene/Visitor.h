@@ -46,6 +46,8 @@ public:
     void turn(int left, int up);
     /// Steps of the wheel and of plus and minus: positive nearer.
     void zoom(int steps);
+    /// @param factor  above 0; above 1 nearer
+    void zoomBy(double factor);
 
     void beginDrag(sphere::PixelPoint cursor);
     void drag(sphere::PixelPoint cursor);

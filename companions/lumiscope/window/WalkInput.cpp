@@ -1,12 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// Mouse and keys of the visitor's view.
+// Mouse, fingers and keys of the visitor's view.
 
 #include "companions/lumiscope/window/WalkView.h"
 
 #include <QApplication>
+#include <QLineF>
 #include <QMouseEvent>
+#include <QTouchDevice>
+#include <QTouchEvent>
+
+#include <algorithm>
 
 namespace lumiscope {
 
@@ -31,32 +36,97 @@ int indexAt(const QList<Hotspot>& hotspots, QPoint at)
 
 void WalkView::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !m_visitor) return;
-    m_pressed = true;
-    m_dragging = false;
-    m_pressedAt = event->pos();
-    m_visitor->beginDrag(pixelOf(event->pos()));
+    if (event->button() == Qt::LeftButton && m_visitor) pressAt(event->pos());
 }
 
 void WalkView::mouseMoveEvent(QMouseEvent* event)
 {
     if (!m_visitor) return;
     if (!m_pressed) return hover(event->pos());
-    const int moved = (event->pos() - m_pressedAt).manhattanLength();
-    if (!m_dragging && moved < QApplication::startDragDistance()) return;
-    m_dragging = true;
-    setCursor(Qt::ClosedHandCursor);
-    m_visitor->drag(pixelOf(event->pos()));
-    changed();
+    dragTo(event->pos());
 }
 
 void WalkView::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton || !m_pressed) return;
-    m_pressed = false;
-    if (!m_dragging) click(event->pos());
-    m_dragging = false;
+    releaseAt(event->pos());
     hover(event->pos());
+}
+
+void WalkView::pressAt(QPoint at)
+{
+    m_pressed = true;
+    m_dragging = false;
+    m_pressedAt = at;
+    m_visitor->beginDrag(pixelOf(at));
+}
+
+void WalkView::dragTo(QPoint at)
+{
+    const int moved = (at - m_pressedAt).manhattanLength();
+    if (!m_dragging && moved < QApplication::startDragDistance()) return;
+    m_dragging = true;
+    setCursor(Qt::ClosedHandCursor);
+    m_visitor->drag(pixelOf(at));
+    changed();
+}
+
+void WalkView::releaseAt(QPoint at)
+{
+    m_pressed = false;
+    if (!m_dragging) click(at);
+    m_dragging = false;
+}
+
+bool WalkView::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+        if (touch(*static_cast<QTouchEvent*>(event))) return true;
+        break;
+    default:
+        break;
+    }
+    return QOpenGLWidget::event(event);
+}
+
+/// One finger does what the mouse does, two come nearer and go farther.
+/// @return false when the system is to make mouse events of it
+bool WalkView::touch(const QTouchEvent& event)
+{
+    if (!m_visitor || event.device()->type() != QTouchDevice::TouchScreen) return false;
+    QList<QPoint> fingers;
+    for (const QTouchEvent::TouchPoint& point : event.touchPoints())
+        if (point.state() != Qt::TouchPointReleased) fingers << point.pos().toPoint();
+    if (event.type() == QEvent::TouchCancel) fingers.clear();
+
+    const bool wereTwo = m_spread > 0.0;
+    if (fingers.size() >= 2) {
+        const double spread = QLineF(fingers[0], fingers[1]).length();
+        if (wereTwo && spread > 0.0) m_visitor->zoomBy(spread / m_spread);
+        m_spread = std::max(spread, 1.0);
+        m_pressed = m_dragging = false; // a finger that stays is no click
+        changed();
+    } else if (fingers.size() == 1) {
+        m_spread = 0.0;
+        if (event.type() == QEvent::TouchBegin)
+            pressAt(fingers[0]);
+        else if (m_pressed)
+            dragTo(fingers[0]);
+        else if (wereTwo) {
+            pressAt(fingers[0]);
+            m_dragging = true;
+        }
+    } else {
+        m_spread = 0.0;
+        if (m_pressed && event.type() == QEvent::TouchEnd)
+            releaseAt(event.touchPoints().first().pos().toPoint());
+        m_pressed = m_dragging = false;
+    }
+    return true;
 }
 
 void WalkView::click(QPoint at)

@@ -42,6 +42,7 @@ WalkView::WalkView(QWidget* parent)
 {
     RequestViewContext(this);
     setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_AcceptTouchEvents);
     for (const char* name : {"LinkPhoto1", "LinkPhoto2", "LinkInfo1", "LinkInfo2"})
         m_iconImages.push_back(resource(name).rgbSwapped());
     MarkerImages markers;

@@ -16,6 +16,8 @@
 
 #include <optional>
 
+class QTouchEvent;
+
 namespace lumiscope {
 
 /// Draws the panorama of the visitor's station with its floor markers and hotspots, and the walk from one
@@ -73,6 +75,7 @@ Q_SIGNALS:
     void walked();
 
 protected:
+    bool event(QEvent* event) override;
     void initializeGL() override;
     void paintGL() override;
     void resizeGL(int width, int height) override;
@@ -92,6 +95,10 @@ private:
     /// Draws next to nothing once in each of the ways that frames are drawn, while the tour is still being
     /// read: drivers compile programs with their first use.
     void warmUp();
+    void pressAt(QPoint at);
+    void dragTo(QPoint at);
+    void releaseAt(QPoint at);
+    bool touch(const QTouchEvent& event);
     void click(QPoint at);
     void hover(QPoint at);
     void changed();
@@ -125,7 +132,8 @@ private:
     bool m_pressed = false;
     bool m_dragging = false;
     QPoint m_pressedAt;
-    int m_wheel = 0; ///< turned since the last whole step
+    double m_spread = 0.0; ///< of two fingers on the view, pixels; 0 while there are not two
+    int m_wheel = 0;       ///< turned since the last whole step
     GLint m_maxTexture = kSharpWidth;
     bool m_usable = true;
     bool m_initialised = false;
