@@ -13,12 +13,13 @@
 namespace {
 
 constexpr char kUsage[] =
-    "bench_linkset [--pictures-alone] [--wrong] [--cache DIR] FOLDER...\n"
+    "bench_linkset [--pictures-alone | --half-ranged] [--wrong] [--cache DIR] FOLDER...\n"
     "Links each folder (panorama files and a truth.json, as samplescene writes them) through the library "
     "and\n"
     "prints how the result compares with the truth: right relative poses by co-visibility, area under the\n"
     "recall curve, station errors, wrong links, links against sight lines, calibration of the reliability.\n"
     "  --pictures-alone  leave the ranges out\n"
+    "  --half-ranged     leave them out of every second panorama\n"
     "  --wrong           list every wrong link and measurement\n"
     "  --cache DIR       keep the panoramas' features there for the next run\n";
 
@@ -40,6 +41,8 @@ int main(int argc, char** argv)
         const std::string argument = argv[i];
         if (argument == "--pictures-alone")
             options.pictures_alone = true;
+        else if (argument == "--half-ranged")
+            options.half_ranged = true;
         else if (argument == "--wrong")
             list_wrong = true;
         else if (argument == "--cache" && i + 1 < argc)

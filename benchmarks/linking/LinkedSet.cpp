@@ -77,9 +77,11 @@ FrontEnd recordingFrontEnd(const LinkSetOptions& options, const std::map<std::st
                            std::map<Pair, PairPose>* measured)
 {
     FrontEnd front_end = panoramaFileFrontEnd();
-    front_end.load = [options, load = front_end.load](const std::string& path, std::string* error) {
+    front_end.load = [options, &index, load = front_end.load](const std::string& path, std::string* error) {
         const auto panorama = cachedPanorama(options.cache, path, error, load);
-        return panorama && options.pictures_alone ? withoutRange(panorama) : panorama;
+        if (!panorama) return panorama;
+        const bool bare = options.pictures_alone || (options.half_ranged && index.at(panorama->id) % 2 == 1);
+        return bare ? withoutRange(panorama) : panorama;
     };
     front_end.match = [&index, measured, match = front_end.match,
                        lock = std::make_shared<std::mutex>()](const Panorama& p0, const Panorama& p1) {

@@ -48,6 +48,7 @@ struct LinkedSet
 struct LinkSetOptions
 {
     bool pictures_alone = false; ///< leave the ranges out
+    bool half_ranged = false;    ///< leave them out of every second panorama
     std::string cache;           ///< folder that keeps what was read of each panorama; empty: none
     std::string work;            ///< the library's working folder
 };
