@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The Tourwright developers
 # SPDX-License-Identifier: MIT
-"""Fits the reliability of poses from pictures alone to evidence with known truth.
+"""Fits the reliability of poses to evidence with known truth: from pictures alone, or with --ranges metric ones.
 
 Usage: bench_evidence --pictures-alone SET... > evidence.csv; fit_reliability.py evidence.csv
+       bench_evidence SET... > evidence.csv; fit_reliability.py --ranges evidence.csv
 
 Logistic regression with a ridge on the features below, which nexomap/src/pair/Reliability.cpp computes alike.
 Prints the table of weights for that file and, leaving out one set at a time, how stated and true reliability
@@ -26,6 +27,37 @@ FEATURES = [
     ("lean beyond 1 degree", lambda r: min(max(0.0, float(r["lean_deg"]) - 1.0), 5.0), -1),
 ]
 FEWEST = 20  # inliers; a pose with fewer is not believed
+
+
+def support(r):
+    return max(float(r["inliers"]), 0.5 * float(r["guided"]) - 2.0 * float(r["chance"]))
+
+
+def seen_through(r):
+    """Of what both could see, the share that one of them saw through."""
+    agree, violation = float(r["agree"]), float(r["violation"])
+    return violation / max(1e-9, agree + violation)
+
+
+RANGE_FEATURES = [
+    ("log of the support", lambda r: math.log(max(3.0, min(support(r), 60.0))), 1),
+    ("occupied cells", lambda r: min(float(r["cells"]), 8.0), 1),
+    ("log of the share seen through", lambda r: math.log(max(0.003, min(seen_through(r), 0.5))), -1),
+    ("share in front of what the other sees", lambda r: min(float(r["violation"]), 0.3), -1),
+    ("log of the share that agrees", lambda r: math.log(max(0.005, min(float(r["agree"]), 0.5))), 1),
+    ("second pose's share", lambda r: min(1.0, float(r["second_share"]) * float(r["inliers"]) / max(1.0, support(r))), -1),
+    ("whitened residual beyond 2", lambda r: max(0.0, min(float(r["rms"]), 8.0) - 2.0), -1),
+    ("lean beyond 3 degrees", lambda r: max(0.0, min(float(r["lean_deg"]), 10.0) - 3.0), -1),
+    ("another level", lambda r: 1.0 if abs(float(r["floor_step_m"])) > 0.15 else 0.0, -1),
+]
+
+
+def judged_with_ranges(r):
+    return r["metric"] == "1" and int(r["inliers"]) >= 5 and support(r) >= 8.0 and int(r["samples"]) >= 200
+
+
+def judged_without(r):
+    return r["metric"] == "0" and r["rotation_only"] == "0" and int(r["inliers"]) >= FEWEST
 
 
 def solve(matrix, right):
@@ -102,13 +134,17 @@ def calibration(p, y, bins=10):
 
 
 def main():
-    if len(sys.argv) < 2:
+    global FEATURES
+    paths = [path for path in sys.argv[1:] if path != "--ranges"]
+    if not paths:
         sys.exit(__doc__)
+    judged = judged_without
+    if "--ranges" in sys.argv:
+        FEATURES, judged = RANGE_FEATURES, judged_with_ranges
     rows = []
-    for path in sys.argv[1:]:
+    for path in paths:
         with open(path, encoding="utf-8") as file:
-            rows += [r for r in csv.DictReader(file)
-                     if r["metric"] == "0" and r["rotation_only"] == "0" and int(r["inliers"]) >= FEWEST]
+            rows += [r for r in csv.DictReader(file) if r["set"] != "set" and judged(r)]
     x = [[f[1](r) for f in FEATURES] for r in rows]
     y = [float(r["right"]) for r in rows]
     sets = [r["set"] for r in rows]
@@ -122,10 +158,15 @@ def main():
     print(f"{len(y)} pairs of {len(set(sets))} sets, each judged by the fit to the others; "
           f"expected calibration error {error:.3f}")
     print("\n".join(lines))
+    error, lines = calibration([float(r["reliability"]) for r in rows], y)
+    print(f"as the library said when the evidence was taken: {error:.3f}")
+    print("\n".join(lines))
     for bound in (0.5, 0.9):
         right = sum(v for q, v in zip(p, y) if q >= bound)
         print(f"at {bound} and more: {right:.0f} of {sum(y):.0f} right ones, "
               f"{sum(q >= bound for q in p) - right:.0f} wrong")
+        print(f"  as the library said: {sum(v for r, v in zip(rows, y) if float(r['reliability']) >= bound):.0f} right, "
+              f"{sum(1 - v for r, v in zip(rows, y) if float(r['reliability']) >= bound):.0f} wrong")
     weights, constant = fit(x, y)
     print(f"constexpr double kConstant = {constant:.4f};")
     for (name, _, _), w in zip(FEATURES, weights):
