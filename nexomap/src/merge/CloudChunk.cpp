@@ -89,15 +89,18 @@ void encodeColours(const CloudChunk& chunk, std::uint8_t* to)
 {
     const std::size_t n = chunk.points;
     const std::uint8_t *blue = chunk.plane(6), *green = chunk.plane(7), *red = chunk.plane(8);
+    if (n == 0) return;
     std::uint8_t *more_blue = to, *step = to + n, *more_red = to + 2 * n;
-    for (std::size_t i = 0; i < n; ++i) {
-        const std::size_t before = i ? i - 1 : 0;
-        const int b = i ? blue[before] - green[before] : 0, g = i ? green[before] : 0,
-                  r = i ? red[before] - green[before] : 0;
-        more_blue[i] = std::uint8_t(blue[i] - green[i] - b);
-        step[i] = std::uint8_t(green[i] - g);
-        more_red[i] = std::uint8_t(red[i] - green[i] - r);
-    }
+    more_blue[0] = std::uint8_t(blue[0] - green[0]);
+    step[0] = green[0];
+    more_red[0] = std::uint8_t(red[0] - green[0]);
+    // One loop each, so that compilers do many points at once.
+    for (std::size_t i = 1; i < n; ++i)
+        more_blue[i] = std::uint8_t(blue[i] - green[i] - blue[i - 1] + green[i - 1]);
+    for (std::size_t i = 1; i < n; ++i)
+        step[i] = std::uint8_t(green[i] - green[i - 1]);
+    for (std::size_t i = 1; i < n; ++i)
+        more_red[i] = std::uint8_t(red[i] - green[i] - red[i - 1] + green[i - 1]);
 }
 
 void decodeColours(const std::uint8_t* from, CloudChunk& chunk)
