@@ -4,9 +4,11 @@
 #pragma once
 
 #include "nexomap/src/merge/CloudFile.h"
+#include "nexomap/src/merge/MortonKey.h"
 
 #include <Eigen/Core>
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -50,14 +52,26 @@ struct SurfaceCell
 /// One cell each for the surfels that share it, in the order of their keys. Those outside the grid are lost.
 std::vector<SurfaceCell> cellsOf(const std::vector<Surfel>& surfels, const CloudGrid& grid);
 
-/// Draws together what several stations say of one surface with errors of a few centimetres: every cell moves
-/// along its normal to the weighted mean of the cells in front of it and behind it that face the same way.
-/// Afterwards cells that met are one, and the order is again that of the keys.
-/// @param reach  cells along the normal, 1 to 4
-void drawTogether(std::vector<SurfaceCell>& cells, const CloudGrid& grid, int reach);
+/// The keys of the cells in which points lie.
+class GridKeys
+{
+public:
+    explicit GridKeys(const CloudGrid& grid);
+    /// @return false outside the grid
+    bool keyAt(const Eigen::Vector3f& world, std::uint64_t* key) const
+    {
+        const double x = (double(world.x()) + m_origin[0]) * m_scale[0],
+                     y = (double(world.y()) + m_origin[1]) * m_scale[1],
+                     z = (double(world.z()) + m_origin[2]) * m_scale[2];
+        if (!(x >= 0.0 && y >= 0.0 && z >= 0.0 && x < m_most[0] && y < m_most[1] && z < m_most[2]))
+            return false;
+        *key = mortonKey(std::uint16_t(x), std::uint16_t(y), std::uint16_t(z));
+        return true;
+    }
 
-/// How far a cell can be influenced from, in cells, by `drawTogether` with the largest reach.
-constexpr int kInfluence = 11;
+private:
+    std::array<double, 3> m_origin, m_scale, m_most;
+};
 
 /// The cell of a world point; false outside the grid.
 bool cellAt(const CloudGrid& grid, const Eigen::Vector3d& world, std::array<std::uint16_t, 3>* cell);

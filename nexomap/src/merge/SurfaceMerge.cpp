@@ -3,6 +3,7 @@
 
 #include "nexomap/src/merge/SurfaceMerge.h"
 
+#include "nexomap/src/merge/LayerDrawing.h"
 #include "nexomap/src/merge/StationSurfels.h"
 #include "nexomap/src/model/ParallelFor.h"
 

@@ -3,6 +3,7 @@
 
 #include "nexomap/src/merge/SurfelBuckets.h"
 
+#include "nexomap/src/merge/LayerDrawing.h"
 #include "nexomap/src/merge/MortonKey.h"
 
 #include <algorithm>

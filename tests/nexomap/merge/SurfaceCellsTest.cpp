@@ -5,6 +5,7 @@
 // seams.
 
 #include "nexomap/src/files/WorkingFolder.h"
+#include "nexomap/src/merge/LayerDrawing.h"
 #include "nexomap/src/merge/MortonKey.h"
 #include "nexomap/src/merge/SurfelBuckets.h"
 #include "tests/nexomap/MadeUpTour.h"
