@@ -17,6 +17,7 @@ constexpr float kStep_m = 0.04f;       // between neighbouring squares of one ce
 constexpr double kLeastArea_m2 = 0.8, kLeastHalfWidth_m = 0.2;
 constexpr double kHanging_m2 = 2.5, kHangs_m = 0.08, kAbout_m = 0.3;
 constexpr double kIntoWalls_m = 0.4;
+constexpr double kSlab_m = 0.25; // between a ceiling and the floor above it
 constexpr double kMostSquares = 1.6e7;
 
 int squareNumber(double metres)
@@ -73,15 +74,18 @@ Overhead OverheadBuilder::finish()
                m_samples[to].y == m_samples[from].y)
             ++to;
         // Lone samples at the top are noise: the highest height that three agree on, if there are three.
-        const std::size_t few = std::min<std::size_t>(3, to - from);
+        std::size_t few = std::min<std::size_t>(3, to - from);
+        float below = std::numeric_limits<float>::infinity();
         for (std::size_t k = from; k + few <= to; ++k) {
             const float top = m_samples[k].height_m;
-            if (top - m_samples[k + few - 1].height_m > kSameHeight_m) continue;
+            if (top > below || top - m_samples[k + few - 1].height_m > kSameHeight_m) continue;
             float sum = 0.f, count = 0.f;
             for (std::size_t i = k; i < to && top - m_samples[i].height_m <= kSameHeight_m; ++i)
                 sum += m_samples[i].height_m, count += 1.f;
             overhead.squares.push_back({m_samples[from].x, m_samples[from].y, sum / count, count});
-            break;
+            if (std::isfinite(below)) break; // that was the lower one
+            below = sum / count - float(Overhead::kRoom_m);
+            few = 1; // one that is none is too small for a ceiling
         }
     }
     m_samples.clear();
@@ -109,19 +113,40 @@ CeilingMap::CeilingMap(const std::vector<const Overhead*>& stations,
     std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) {
         return a.y != b.y ? a.y < b.y : a.x != b.x ? a.x < b.x : a.height_m > b.height_m;
     });
-    cv::Mat1f height(int(rows), int(columns), 0.f);
+    cv::Mat1f lower(int(rows), int(columns), 0.f), upper = lower.clone();
+    fillFrom(all, &lower, &upper);
+    const bool several = cv::countNonZero(lower != upper) > 0;
+    keepWideOnes(lower);
+    if (several) {
+        keepWideOnes(upper);
+        upper.copyTo(lower, lower == 0.f); // what is no ceiling has one above it
+    }
+    if (cv::countNonZero(lower) == 0) return;
+    m_height = prolonged(lower);
+    if (several) m_upper = prolonged(upper);
+    findInside(places);
+}
+
+/// @param all  in the order of squares, the highest of a square first
+void CeilingMap::fillFrom(const std::vector<Overhead::Square>& all, cv::Mat1f* lower, cv::Mat1f* upper) const
+{
     for (std::size_t from = 0, to = 0; from < all.size(); from = to) {
         while (to < all.size() && all[to].x == all[from].x && all[to].y == all[from].y)
             ++to;
-        float sum = 0.f, weight = 0.f;
-        for (std::size_t k = from; k < to && all[from].height_m - all[k].height_m <= kSameHeight_m; ++k)
-            sum += all[k].weight * all[k].height_m, weight += all[k].weight;
-        height(cv::Point(all[from].x, all[from].y) - m_low) = sum / weight;
+        const auto meanFrom = [&](std::size_t first) {
+            float sum = 0.f, weight = 0.f;
+            for (std::size_t k = first; k < to && all[first].height_m - all[k].height_m <= kSameHeight_m; ++k)
+                sum += all[k].weight * all[k].height_m, weight += all[k].weight;
+            return sum / weight;
+        };
+        const cv::Point square = cv::Point(all[from].x, all[from].y) - m_low;
+        (*upper)(square) = (*lower)(square) = meanFrom(from);
+        for (std::size_t k = from; k < to; ++k)
+            if (all[from].height_m - all[k].height_m >= float(Overhead::kRoom_m)) {
+                (*lower)(square) = meanFrom(k);
+                break;
+            }
     }
-    keepWideOnes(height);
-    if (cv::countNonZero(height) == 0) return;
-    prolong(height);
-    findInside(places);
 }
 
 /// Takes away what is too small or too narrow for a ceiling, and what hangs below one.
@@ -174,7 +199,7 @@ void CeilingMap::keepWideOnes(cv::Mat1f& height) const
 }
 
 /// Fills gaps and goes on into the walls with the height of the nearest ceiling.
-void CeilingMap::prolong(const cv::Mat1f& height)
+cv::Mat1f CeilingMap::prolonged(const cv::Mat1f& height)
 {
     cv::Mat1f distance;
     cv::Mat1i nearest;
@@ -184,12 +209,13 @@ void CeilingMap::prolong(const cv::Mat1f& height)
     for (int y = 0; y < height.rows; ++y)
         for (int x = 0; x < height.cols; ++x)
             if (height(y, x) > 0.f || height(y, x) < 0.f) by_label[std::size_t(nearest(y, x))] = height(y, x);
-    m_height = cv::Mat1f(height.size(), 0.f);
+    cv::Mat1f wider(height.size(), 0.f);
     const float reach = float(kIntoWalls_m / Overhead::kSquare_m);
     for (int y = 0; y < height.rows; ++y)
         for (int x = 0; x < height.cols; ++x)
-            if (distance(y, x) <= reach) m_height(y, x) = by_label[std::size_t(nearest(y, x))];
-    cv::medianBlur(m_height, m_height, 5);
+            if (distance(y, x) <= reach) wider(y, x) = by_label[std::size_t(nearest(y, x))];
+    cv::medianBlur(wider, wider, 5);
+    return wider;
 }
 
 void CeilingMap::findInside(const std::vector<Eigen::Vector2d>& places)
@@ -221,6 +247,14 @@ double CeilingMap::heightAt(double x, double y) const
     if (p.x < 0 || p.y < 0 || p.x >= m_height.cols || p.y >= m_height.rows || m_height(p) == 0.f)
         return std::numeric_limits<double>::infinity();
     return double(m_height(p));
+}
+
+bool CeilingMap::isOpen(double x, double y, double height_m, double below_m) const
+{
+    const double ceiling = heightAt(x, y);
+    if (height_m <= ceiling - below_m) return true;
+    if (m_upper.empty() || height_m <= ceiling + kSlab_m) return false;
+    return height_m <= double(m_upper(squareOf(x, y))) - below_m;
 }
 
 bool CeilingMap::isInside(double x, double y) const

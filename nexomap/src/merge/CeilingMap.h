@@ -21,7 +21,8 @@ struct Overhead
         float weight = 0.f;        ///< samples behind it
     };
     static constexpr double kSquare_m = 0.05;
-    std::vector<Square> squares; ///< one each, in order
+    static constexpr double kRoom_m = 1.9; ///< between an underside and one above it: a room may lie between
+    std::vector<Square> squares;           ///< in order, the highest of a square first
 };
 
 /// Gathers a station's samples for `Overhead`.
@@ -30,7 +31,8 @@ class OverheadBuilder
 public:
     /// An underside at a place; heights along the vertical.
     void add(double x, double y, double height_m);
-    /// The highest underside that several samples agree on, in each square.
+    /// The highest underside that several samples agree on, in each square, and the highest a room below it:
+    /// through a stairwell a station sees ceilings above ceilings.
     Overhead finish();
 
 private:
@@ -46,8 +48,11 @@ public:
     /// @param places    where these stations stand
     CeilingMap(const std::vector<const Overhead*>& stations, const std::vector<Eigen::Vector2d>& places);
 
-    /// Height of the ceiling at a place; +infinity where there is none.
+    /// Height of the ceiling at a place, of the lower one where rooms lie above each other; +infinity where
+    /// there is none.
     double heightAt(double x, double y) const;
+    /// Whether a height at a place lies below the ceiling by a distance, or in a room above it.
+    bool isOpen(double x, double y, double height_m, double below_m) const;
     /// Whether a place belongs to the building: below its ceilings or in the walls between, where most
     /// stations have one above them; everywhere otherwise.
     bool isInside(double x, double y) const;
@@ -56,11 +61,13 @@ public:
 private:
     cv::Point squareOf(double x, double y) const;
     void keepWideOnes(cv::Mat1f& height) const;
-    void prolong(const cv::Mat1f& height);
+    void fillFrom(const std::vector<Overhead::Square>& all, cv::Mat1f* lower, cv::Mat1f* upper) const;
+    static cv::Mat1f prolonged(const cv::Mat1f& height);
     void findInside(const std::vector<Eigen::Vector2d>& places);
 
     cv::Point m_low;
     cv::Mat1f m_height; ///< 0: none
+    cv::Mat1f m_upper;  ///< the highest ceilings, where there are some above each other; empty otherwise
     cv::Mat1b m_inside; ///< empty: everywhere
 };
 

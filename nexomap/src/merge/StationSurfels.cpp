@@ -30,8 +30,8 @@ bool isAllowed(const PointRules& rules, const Eigen::Vector3f& world, const Eige
     if (!rules.ceilings || rules.ceilings->empty()) return true;
     const double x = double(world.x()), y = double(world.y());
     if (!rules.ceilings->isInside(x, y)) return false;
-    return !above || up.dot(world.cast<double>()) + 0.5 * rules.cell_m <=
-                         rules.ceilings->heightAt(x, y) - kBelowCeiling_m;
+    return !above ||
+           rules.ceilings->isOpen(x, y, up.dot(world.cast<double>()) + 0.5 * rules.cell_m, kBelowCeiling_m);
 }
 
 /// Whether others saw farther through the place than confirm it: people, what was moved, mirrored rooms.
