@@ -155,6 +155,8 @@ SurfaceMerge::SurfaceMerge(const std::vector<MergeStation>& stations, const Fron
     balance = {}; // a few megabytes for each station
     std::unique_ptr<Storeys> storeys;
     if (options.indoor) storeys = std::make_unique<Storeys>(used, surveys);
+    for (StationSurvey& survey : surveys)
+        survey.overhead = {}; // the storeys know
 
     const CloudGrid grid = gridOf(volume, storeys.get(), used, options.cell_cm);
     const double cell_m = 1.0 / grid.stepsPerMetre();
