@@ -14,6 +14,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 using namespace nexomap;
 
@@ -27,10 +28,22 @@ double peakMemory_mib()
     return 0.0;
 }
 
+/// Sharing nothing with the original, as if it were another station's.
+std::shared_ptr<const Panorama> copyOf(const Panorama& panorama)
+{
+    auto copy = std::make_shared<Panorama>(panorama);
+    copy->preview = panorama.preview.clone();
+    copy->range.range_m = panorama.range.range_m.clone();
+    copy->range.edge = panorama.range.edge.clone();
+    return copy;
+}
+
 /// The stations of truth.json as one group; taken over and over, side by side, until there are `count`.
-Model groupOf(const std::string& folder, const nlohmann::json& truth, int count)
+/// @param loaded  with all that the library keeps of a panorama once it has linked it
+Model groupOf(const std::string& folder, const nlohmann::json& truth, int count, bool loaded)
 {
     Model model;
+    std::map<std::string, std::unique_ptr<Panorama>> read;
     const auto& panoramas = truth.at("panoramas");
     const int given = int(panoramas.size());
     for (int k = 0; k < (count > 0 ? count : given); ++k) {
@@ -40,7 +53,16 @@ Model groupOf(const std::string& folder, const nlohmann::json& truth, int count)
         Node node;
         node.name = entry.at("id").get<std::string>();
         node.path = folder + "/" + entry.at("file").get<std::string>();
-        node.source = std::make_shared<PanoramaSource>(node.path, node.name);
+        if (loaded) {
+            std::unique_ptr<Panorama>& panorama = read[node.path];
+            std::string error;
+            if (!panorama) panorama = loadPanorama(node.path, &error);
+            if (!panorama) throw Failure(NEXOMAP_BAD_FILE, error);
+            node.source = std::make_shared<PanoramaSource>(copyOf(*panorama));
+            node.source->rest();
+        } else {
+            node.source = std::make_shared<PanoramaSource>(node.path, node.name);
+        }
         node.pose.R = Eigen::Map<const Eigen::Matrix<double, 3, 3, Eigen::RowMajor>>(rotation.data());
         node.pose.t = Eigen::Map<const Eigen::Vector3d>(position.data());
         node.pose.t.y() += 12.0 * (k / given);
@@ -61,8 +83,11 @@ Model groupOf(const std::string& folder, const nlohmann::json& truth, int count)
 int main(int argc, char** argv)
 {
     if (argc < 3) {
-        std::printf("merged_truth FOLDER WORK [indoor|outdoor] [high|mid|low] [2d|3d] [COUNT] [pts]\n"
-                    "Merges the panoramas of a folder with a truth.json at their true poses into WORK.\n");
+        std::printf(
+            "merged_truth FOLDER WORK [indoor|outdoor] [high|mid|low] [2d|3d] [COUNT] [pts] [loaded]\n"
+            "Merges the panoramas of a folder with a truth.json at their true poses into WORK.\n"
+            "COUNT stations: those of the folder over and over, side by side. loaded: with all in memory\n"
+            "that the library keeps of each panorama once it has linked it.\n");
         return 2;
     }
     const auto has = [&](const char* word) {
@@ -81,7 +106,7 @@ int main(int argc, char** argv)
     try {
         std::filesystem::create_directories(argv[2]);
         std::ifstream file(std::string(argv[1]) + "/truth.json");
-        Model model = groupOf(argv[1], nlohmann::json::parse(file), count);
+        Model model = groupOf(argv[1], nlohmann::json::parse(file), count, has("loaded"));
         const WorkingFolder folder(argv[2]);
         const FrontEnd front_end = panoramaFileFrontEnd();
         const auto start = std::chrono::steady_clock::now();

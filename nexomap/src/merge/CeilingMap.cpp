@@ -89,6 +89,7 @@ Overhead OverheadBuilder::finish()
         }
     }
     m_samples.clear();
+    overhead.squares.shrink_to_fit(); // one is kept of each station
     return overhead;
 }
 
@@ -98,6 +99,10 @@ CeilingMap::CeilingMap(const std::vector<const Overhead*>& stations,
     cv::Point low(std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
     cv::Point high(std::numeric_limits<int>::lowest(), std::numeric_limits<int>::lowest());
     std::vector<Overhead::Square> all;
+    std::size_t count = 0;
+    for (const Overhead* station : stations)
+        count += station->squares.size();
+    all.reserve(count);
     for (const Overhead* station : stations)
         for (const Overhead::Square& square : station->squares) {
             all.push_back(square);

@@ -40,6 +40,9 @@ std::vector<std::string> mergeGroup(Model& model, const Workplace& workplace, co
     const std::vector<std::vector<int>> groups = model.groups();
     if (groups.empty()) throw Failure(NEXOMAP_CANNOT_SOLVE, "there is no panorama to merge");
     const std::vector<int>& group = groups.front();
+    if (workplace.front_end.ranges)
+        for (const Node& node : model.nodes)
+            node.source->rest(); // a hundred maps that nobody works on now
     const int cell_cm = options.density == 2 ? 1 : options.density == 1 ? 2 : 5;
     SurfaceMergeOptions merging;
     merging.indoor = options.indoor;

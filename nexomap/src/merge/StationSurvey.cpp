@@ -40,8 +40,10 @@ RangePicture rangesOf(const MergeStation& station, const FrontEnd& front_end, st
 {
     RangePicture picture;
     if (front_end.ranges) picture = front_end.ranges(station.path, station.name, error);
-    if (picture.empty() && station.loaded && station.loaded->metric())
-        picture = rangePictureOf(station.loaded->range);
+    if (picture.empty() && station.loaded && station.loaded->metric()) {
+        const RangeMap& map = station.loaded->range;
+        picture = rangePictureOf(map.packed ? map.packed->unpack() : map);
+    }
     if (picture.empty() && error->empty()) *error = station.path + ": no lidar";
     return picture;
 }
