@@ -321,6 +321,31 @@ protected:
         EXPECT_GT(covered, all / 2);
     }
 
+    /// The button on the map shows the cloud as a solid thing, which a drag turns.
+    static void expectSolidCloud(Browser& browser)
+    {
+        browser.click(middleOf(browser, QStringLiteral(".plan .solid")));
+        const QString drawn = QStringLiteral("return !!document.querySelector('canvas.cloud').dataset.view;");
+        ASSERT_TRUE(browser.waitFor(drawn));
+        const QPointF middle = middleOf(browser, QStringLiteral("canvas.cloud"));
+        const QImage before = browser.picture();
+        const QRgb ground = before.pixel((middle - QPointF(300, 200)).toPoint());
+        int points = 0, all = 0;
+        for (int dy = -60; dy <= 60; dy += 3)
+            for (int dx = -60; dx <= 60; dx += 3, ++all)
+                points += before.pixel((middle + QPointF(dx, dy)).toPoint()) != ground;
+        EXPECT_GT(points, all * 2 / 3);
+        const char* view = "return document.querySelector('canvas.cloud').dataset.view;";
+        const QString still = text(browser, view);
+        browser.drag(middle, middle + QPointF(90, 0));
+        ASSERT_TRUE(browser.waitFor(
+            QStringLiteral("return document.querySelector('canvas.cloud').dataset.view !== '%1';")
+                .arg(still)));
+        EXPECT_NE(browser.picture(), before);
+        browser.press(Browser::kEscape);
+        ASSERT_TRUE(browser.waitFor(QStringLiteral("return !document.querySelector('dialog');")));
+    }
+
     std::map<QString, Station> stations; ///< by identity
     QStringList m_files;
     QString albumUrl;
@@ -379,6 +404,7 @@ TEST_F(PublishedWalk, FromTheUploadDialogToAWalkInABrowser)
                     int(cloud.value(QLatin1String("v")).toDouble()));
     ASSERT_TRUE(top.rect().contains(at));
     expectFloorUnder(top, at);
+    expectSolidCloud(browser);
     browser.click(middleOf(browser, QStringLiteral(".plan .place[data-target='%1']").arg(next)));
     ASSERT_TRUE(shows(browser, next));
     EXPECT_EQ(browser.console(), QStringList());

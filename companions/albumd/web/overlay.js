@@ -6,7 +6,7 @@
 import {element} from "./message.js";
 import {texts} from "./texts.js";
 
-function open(content, title) {
+export function openOverlay(content, title) {
     const dialog = element("dialog", "overlay");
     const close = element("button", "close", "×");
     close.setAttribute("aria-label", texts.close);
@@ -33,9 +33,9 @@ export function showPhoto(address, caption) {
     image.addEventListener("error", () => frame.replaceChildren(element("p", "problem", texts.noPhoto)));
     image.src = address;
     frame.append(image);
-    open(frame, caption);
+    openOverlay(frame, caption);
 }
 
 export function showText(caption, content) {
-    open(element("div", "words", content), caption);
+    openOverlay(element("div", "words", content), caption);
 }

@@ -4,6 +4,8 @@
 // The map in the corner: the author's plan or the cloud from above where there is one, otherwise the places as
 // they lie to each other.
 
+import {showCloud} from "./cloud.js";
+import {element} from "./message.js";
 import {texts} from "./texts.js";
 
 const SVG = "http://www.w3.org/2000/svg";
@@ -89,6 +91,7 @@ export class Plan {
 
     draw(name, size) {
         if (this.picture) this.picture.remove();
+        if (this.solid) this.solid.remove();
         const places = this.tour.panoramas
             .filter((each) => each.location && (!name || this.nameOf(each.location) === name))
             .map((each) => ({
@@ -118,6 +121,19 @@ export class Plan {
         this.picture.append(this.cone);
         places.forEach((place, index) => this.drawPlace(place, index + 1));
         this.box.append(this.picture);
+        this.offerSolid(name);
+    }
+
+    /// A cloud can be seen from all sides.
+    offerSolid(name) {
+        const cloud = this.tour.clouds[name];
+        if (!cloud) return;
+        this.solid = element("button", "solid", texts.threeD);
+        this.solid.type = "button";
+        this.solid.title = texts.cloud;
+        const address = this.album + "/cloud/" + name + "/points?" + encodeURIComponent(cloud.stored);
+        this.solid.addEventListener("click", () => showCloud(address, cloud));
+        this.box.append(this.solid);
     }
 
     extentOf(places) {
