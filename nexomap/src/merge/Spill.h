@@ -52,8 +52,10 @@ public:
 
     void append(const Record* records, std::size_t count)
     {
+        const std::size_t held = m_recent.capacity();
         m_recent.insert(m_recent.end(), records, records + count);
-        m_folder->account(std::ptrdiff_t(count * sizeof(Record)));
+        // What is allocated counts: growing lists hold up to twice what is in them.
+        m_folder->account(std::ptrdiff_t((m_recent.capacity() - held) * sizeof(Record)));
         m_size += count;
     }
     std::uint64_t size() const { return m_size; }
@@ -65,7 +67,7 @@ public:
         if (m_path.empty()) m_path = m_folder->newFile();
         appendBytes(m_path, m_recent.data(), recentBytes());
         m_on_disk += m_recent.size();
-        m_folder->account(-std::ptrdiff_t(recentBytes()));
+        m_folder->account(-std::ptrdiff_t(m_recent.capacity() * sizeof(Record)));
         std::vector<Record>().swap(m_recent); // assigning {} would keep the memory
     }
     /// Piece by piece. @param take  (const Record*, std::size_t)
