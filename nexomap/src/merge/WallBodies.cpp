@@ -14,6 +14,7 @@ constexpr double kThinnest_m = 0.04, kThickest_m = 0.45; // of a wall of which b
 constexpr double kEnds_m = 0.12;                         // by which the faces of a wall may end apart
 constexpr double kSameLine_m = 0.05;
 constexpr double kBehind_m = 0.05, kDeepest_m = 0.4; // of a window's frame behind the face
+constexpr double kFaceNoise_m = 0.04, kGap_m = 0.06;
 constexpr double kLeastWindow_m = 0.35, kLeastPier_m = 0.15;
 constexpr double kSillShown_m = 0.3;
 constexpr double kCurtain_m = 0.5;
@@ -46,7 +47,8 @@ int seenBehind(const WallStroke& stroke, int column, const WallFaces& faces, con
 {
     const int most = pixelsOf(kDeepest_m, raster), least = pixelsOf(kBehind_m, raster);
     int last = 0;
-    for (int depth = 2; depth <= most && depth - last <= 3; ++depth) {
+    const int first = pixelsOf(kFaceNoise_m, raster), gap = pixelsOf(kGap_m, raster);
+    for (int depth = first; depth <= most && depth - last <= gap; ++depth) {
         const int row = int(stroke.row) - stroke.facing * depth;
         if (row < 0 || row >= faces.seen.rows) break;
         if (faces.seen(row, column)) last = depth;
@@ -54,9 +56,9 @@ int seenBehind(const WallStroke& stroke, int column, const WallFaces& faces, con
     return last >= least ? last : 0;
 }
 
-bool solidAt(const WallStroke& stroke, int column, const cv::Mat1b& solid)
+bool solidAt(const WallStroke& stroke, int column, const cv::Mat1b& solid, int reach)
 {
-    for (int row = int(stroke.row) - 2; row <= int(stroke.row) + 2; ++row)
+    for (int row = int(stroke.row) - reach; row <= int(stroke.row) + reach; ++row)
         if (row >= 0 && row < solid.rows && solid(row, column)) return true;
     return false;
 }
@@ -109,7 +111,8 @@ std::vector<Column> columnsOf(const WallStroke& stroke, const WallFaces& faces, 
     for (std::size_t k = 0; k < columns.size(); ++k) {
         const int x = stroke.from + int(k);
         columns[k].thick = otherFace(stroke, x, faces, raster);
-        if (columns[k].thick > 0.0 || solidAt(stroke, x, faces.solid)) continue;
+        if (columns[k].thick > 0.0 || solidAt(stroke, x, faces.solid, pixelsOf(kFaceNoise_m, raster)))
+            continue;
         columns[k].depth = seenBehind(stroke, x, faces, raster);
         columns[k].window = columns[k].depth > 0;
         columns[k].hidden = !columns[k].window;

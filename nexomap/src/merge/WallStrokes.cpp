@@ -11,12 +11,13 @@
 namespace nexomap {
 namespace {
 
-constexpr double kRun_m = 0.25;              // what is straight for so long is a stroke
-constexpr double kFilled = 0.8;              // of it
-constexpr double kJoin_m = 0.3;              // gaps in a stroke that are closed
-constexpr int kMostLines = 4, kHalfBand = 2; // of one piece; pixels to either side of a line's row
-constexpr double kLeastOfPiece = 0.3;        // on a line; less of it is askew
-constexpr double kFacing_m = 0.1;
+constexpr double kRun_m = 0.25;       // what is straight for so long is a stroke
+constexpr double kFilled = 0.8;       // of it
+constexpr double kJoin_m = 0.3;       // gaps in a stroke that are closed
+constexpr int kMostLines = 4;         // of one piece
+constexpr double kHalfBand_m = 0.04;  // to either side of a line's row
+constexpr double kLeastOfPiece = 0.3; // on a line; less of it is askew
+constexpr double kBesideFace_m = 0.06, kFacing_m = 0.1;
 constexpr double kFlat_m = 0.018;
 constexpr double kSameLine_m = 0.05;
 constexpr double kCurtain_m = 0.3, kBeside_m = 2.6; // before a wall, and from the piece of it that is seen
@@ -62,10 +63,10 @@ double middleRow(const cv::Mat1b& piece, int from, int to)
 }
 
 /// From which side a stroke was seen: points lie before it, none behind.
-int facingOf(const WallStroke& stroke, const cv::Mat1b& seen, int reach)
+int facingOf(const WallStroke& stroke, const cv::Mat1b& seen, int nearest, int reach)
 {
     int over = 0, under = 0;
-    for (int k = 3; k < 3 + reach; ++k)
+    for (int k = nearest; k < nearest + reach; ++k)
         for (int x = stroke.from; x < stroke.to; ++x) {
             const int above = int(stroke.row) - k, below = int(stroke.row) + k;
             over += above >= 0 && seen(above, x);
@@ -127,7 +128,7 @@ void takeStrokes(cv::Mat1b& piece, const cv::Point& at, const PlanRaster& raster
                  std::vector<WallStroke>* all)
 {
     const int run = pixelsOf(kRun_m, raster), join = pixelsOf(kJoin_m, raster);
-    const int whole = cv::countNonZero(piece);
+    const int whole = cv::countNonZero(piece), half = pixelsOf(kHalfBand_m, raster);
     for (int k = 0; k < kMostLines; ++k) {
         std::vector<int> counts(std::size_t(piece.rows) + 2, 0);
         for (int y = 0; y < piece.rows; ++y)
@@ -138,7 +139,7 @@ void takeStrokes(cv::Mat1b& piece, const cv::Point& at, const PlanRaster& raster
                 counts[std::size_t(y)] + counts[std::size_t(y) + 1] + counts[std::size_t(y) + 2];
             if (about > most) most = about, best = y;
         }
-        const cv::Range rows(std::max(0, best - kHalfBand), std::min(piece.rows, best + kHalfBand + 1));
+        const cv::Range rows(std::max(0, best - half), std::min(piece.rows, best + half + 1));
         cv::Mat1b band = piece.rowRange(rows);
         if (most < kLeastOfPiece * whole || most == 0) return;
         cv::Mat1b filled;
@@ -188,7 +189,8 @@ WallStrokes findStrokes(const cv::Mat1b& wall, const cv::Mat1b& seen, const Plan
         const int whole = cv::countNonZero(piece);
         takeStrokes(piece, box.tl(), raster, &all);
         for (std::size_t k = first; k < all.size(); ++k)
-            all[k].facing = facingOf(all[k], seen, pixelsOf(kFacing_m, raster));
+            all[k].facing =
+                facingOf(all[k], seen, pixelsOf(kBesideFace_m, raster), pixelsOf(kFacing_m, raster));
         if (2 * cv::countNonZero(piece) > whole) cv::Mat1b(result.askew(box)).setTo(255, piece);
     }
     std::vector<int> lines;
