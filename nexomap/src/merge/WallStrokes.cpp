@@ -13,6 +13,7 @@ namespace {
 
 constexpr double kRun_m = 0.25;       // what is straight for so long is a stroke
 constexpr double kFilled = 0.8;       // of it
+constexpr double kHole_m = 0.04;      // in a row, that is none
 constexpr double kJoin_m = 0.3;       // gaps in a stroke that are closed
 constexpr int kMostLines = 4;         // of one piece
 constexpr double kHalfBand_m = 0.04;  // to either side of a line's row
@@ -27,10 +28,13 @@ constexpr double kLeastUnclear_m = 0.8; // of what is seen from both sides or fr
 constexpr double kOneWall_m = 4.0;      // between pieces of one wall
 
 /// Pixels with an unbroken run along their row, to the left or to the right.
-cv::Mat1b alongRows(const cv::Mat1b& wall, int run)
+cv::Mat1b alongRows(const cv::Mat1b& wall, const PlanRaster& raster)
 {
+    const int run = pixelsOf(kRun_m, raster);
     cv::Mat1b thick;
-    cv::dilate(wall, thick, cv::Mat1b(3, 3, std::uint8_t(1)));
+    // Along the row by so little that what runs across does not become a run.
+    const int wide = 1 + 2 * int(std::lround(kHole_m / raster.pixel_m / 2));
+    cv::dilate(wall, thick, cv::Mat1b(3, wide, std::uint8_t(1)));
     cv::Mat1b found(wall.size(), std::uint8_t(0));
     std::vector<int> sum(std::size_t(wall.cols) + 1);
     for (int y = 0; y < wall.rows; ++y) {
@@ -173,7 +177,7 @@ int pixelsOf(double metres, const PlanRaster& raster)
 WallStrokes findStrokes(const cv::Mat1b& wall, const cv::Mat1b& seen, const PlanRaster& raster)
 {
     WallStrokes result{{}, cv::Mat1b(wall.size(), std::uint8_t(0))};
-    const cv::Mat1b found = alongRows(wall, pixelsOf(kRun_m, raster));
+    const cv::Mat1b found = alongRows(wall, raster);
     cv::Mat1b joined;
     cv::morphologyEx(found, joined, cv::MORPH_CLOSE,
                      cv::Mat1b(1, pixelsOf(kJoin_m, raster), std::uint8_t(1)));
