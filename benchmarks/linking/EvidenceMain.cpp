@@ -45,7 +45,7 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
     char text[640];
     std::snprintf(text, sizeof text,
                   "%s,%d,%d,%.4f,%.3f,%d,%d,%d,%.3f,%.2f,%.4f,%d,%d,%d,%.4f,%.4f,%.3f,%.3f,%d,%.2f,%.3f,%.3f,"
-                  "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f,%.3f\n",
+                  "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f,%.3f,%d,%.3f\n",
                   name.c_str(), pair.index_0, pair.index_1, pair.covisible, apart, int(right),
                   int(pose.metric), int(pose.rotation_only), turn, pose.metric ? shift * 100.0 : off,
                   pose.reliability, e.inliers, e.cells, e.outside, e.inlier_share, e.second_share,
@@ -53,7 +53,8 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
                   e.direction_sigma / kDegree, e.floor_step_m, e.ranges.samples, e.ranges.agree,
                   e.ranges.violation, e.ranges.covisible, pose.t_0_from_1.norm(),
                   std::sqrt(covariance.topLeftCorner<3, 3>().trace()) / kDegree,
-                  std::sqrt(covariance.bottomRightCorner<3, 3>().trace()), e.parallax / kDegree);
+                  std::sqrt(covariance.bottomRightCorner<3, 3>().trace()), e.parallax / kDegree,
+                  e.silent.places, e.silent.share);
     return text;
 }
 
@@ -78,7 +79,8 @@ int main(int argc, char** argv)
     std::puts(
         "set,a,b,covisible,apart_m,right,metric,rotation_only,turn_deg,off,reliability,inliers,cells,outside,"
         "inlier_share,second_share,lean_deg,rms,guided,chance,elevation_deg,direction_sigma_deg,floor_step_m,"
-        "samples,agree,violation,range_covisible,length_m,sigma_deg,sigma_m,parallax_deg");
+        "samples,agree,violation,range_covisible,length_m,sigma_deg,sigma_m,parallax_deg,silent_places,"
+        "silent_share");
     for (const std::string& folder : folders) {
         const auto set = readTruthSet(folder, options);
         if (!set) return 1;

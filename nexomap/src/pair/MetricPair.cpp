@@ -69,7 +69,9 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
     }
     refined = refineBoth(p0, p1, matches, refined.pose, &inliers);
 
-    evidence->guided = int(guidedByRange(p0.features, p1.features, refined.pose, alike).size());
+    const std::vector<Correspondence> guided = guidedByRange(p0.features, p1.features, refined.pose, alike);
+    evidence->guided = int(guided.size());
+    evidence->silent = silentPlaces(p0, p1, refined.pose, guided);
     evidence->chance = chanceMatches(p0.features, p1.features, refined.pose, alike);
     evidence->lean = leanOf(refined.pose.R);
     evidence->rms = refined.rms;

@@ -5,6 +5,7 @@
 
 #include "nexomap/src/pair/Correspondence.h"
 #include "nexomap/src/pair/RangeAgreement.h"
+#include "nexomap/src/pair/SilentPlaces.h"
 
 namespace nexomap {
 
@@ -25,6 +26,7 @@ struct Evidence
     double direction_sigma = 0.0; ///< uncertainty of t's direction, radians
     double floor_step_m = 0.0; ///< metric only: from one's floor up to the other's; 0 when either is unknown
     RangeAgreement ranges;     ///< metric only
+    SilentPlaces silent;       ///< metric only
 };
 
 /// Distinct places among the inliers and their spread over the sphere.

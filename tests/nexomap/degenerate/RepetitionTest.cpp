@@ -101,6 +101,22 @@ BoxPlace doorCorridor(double period_m)
     return place;
 }
 
+const std::vector<RigidPose> kAlongCorridor = {standAt(4.0, 0.1, 1.5, 0.2), standAt(9.0, 0.0, 1.5, 1.5),
+                                               standAt(14.5, -0.1, 1.5, 2.5)};
+
+TEST_F(DegenerateRepetition, ACorridorOfTwentyEqualDoorsGivesNoWrongLinkWithLidar)
+{
+    // One door further everything is where it should be, but between the doors nothing matches.
+    takeAll(doorCorridor(40.0), kAlongCorridor, true);
+    EXPECT_EQ(wrongLinks(0.5, 0.05), 0);
+}
+
+TEST_F(DegenerateRepetition, ACorridorOfTwentyEqualDoorsGivesNoTurnedLinkWithoutLidar)
+{
+    takeAll(doorCorridor(40.0), kAlongCorridor, false);
+    EXPECT_EQ(wrongLinks(3.0, 1e9), 0);
+}
+
 TEST_F(DegenerateRepetition, ACorridorThatRepeatsToTheLastStainIsAtMostSomePeriodsOff)
 {
     // Nothing but the far ends tells one stretch from the next.
