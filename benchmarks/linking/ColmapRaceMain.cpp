@@ -104,7 +104,10 @@ bool race(const std::string& folder, const std::string& work)
 {
     const double user_before = userSeconds();
     fs::create_directories(work + "/links");
-    const auto set = linkSet(folder, {true, {}, work + "/links"});
+    LinkSetOptions linking;
+    linking.pictures_alone = true;
+    linking.work = work + "/links";
+    const auto set = linkSet(folder, linking);
     if (!set) return false;
     const Runner ours = oursOf(*set, userSeconds() - user_before);
     ColmapOptions options;
