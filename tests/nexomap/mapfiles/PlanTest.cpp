@@ -30,9 +30,9 @@ void wallAlongY(MadeUpCloud& made, double line, double from, double to)
 }
 
 /// Two rooms, 4 m by 3.5 m each, with a wall of 14 cm between them in which there is a door.
-MadeUpCloud flat(double turn_rad)
+MadeUpCloud flat(double turn_rad, int cell_cm = 1)
 {
-    MadeUpCloud made(1, turn_rad);
+    MadeUpCloud made(cell_cm, turn_rad);
     made.add({-4, -1.75, 0}, {0, 1.75, 0}, 120, 90, 60);
     made.add({0.14, -1.75, 0}, {4.14, 1.75, 0}, 120, 90, 60);
     made.add({0, -0.5, 0}, {0.14, 0.4, 0}, 120, 90, 60);
@@ -74,12 +74,12 @@ struct Plan
     }
 };
 
-Plan planOf(const MadeUpCloud& made)
+Plan planOf(const MadeUpCloud& made, double pixel_m = 0.02)
 {
     const CloudInMemory cloud = made.cloud();
     const std::vector<PlanStation> stations{{made.world({-2, -0.5, 1.6}), Eigen::Vector3d::UnitZ(), 1.6},
                                             {made.world({2, 0.5, 1.5}), Eigen::Vector3d::UnitZ(), 1.5}};
-    const PlanRaster raster = planRaster(cloud, stations, 0.02);
+    const PlanRaster raster = planRaster(cloud, stations, pixel_m);
     return {raster, wallPlan(cloud, raster, stations), made};
 }
 
@@ -139,6 +139,26 @@ TEST(Plan, AllWallsAreAsThickAsThoseThatAreSeenFromBothSides)
         EXPECT_FALSE(plan.black(-4 + before, 0.5, 0.0)) << before;
     }
     EXPECT_FALSE(plan.black(2, 1.75 + 0.25, 0.05));
+}
+
+TEST(Plan, AtLowDensityWallsAreWholeAndDoorsOpenToo)
+{
+    const MadeUpCloud made = flat(0.0, 5);
+    const Plan plan = planOf(made, 0.05);
+    int missing = 0, all = 0;
+    for (double x = -3.9; x < -0.1; x += 0.05)
+        ++all, missing += !plan.black(x, -1.75 - 0.05, 0.06);
+    for (double x = 0.3; x < 4.0; x += 0.05)
+        for (const double y : {-1.8, 1.8})
+            ++all, missing += !plan.black(x, y, 0.06);
+    for (double y = -1.6; y < 1.6; y += 0.05)
+        for (const double x : {-4.05, 4.19})
+            ++all, missing += !plan.black(x, y, 0.06);
+    EXPECT_LT(missing, all / 50);
+    for (double y = -0.35; y < 0.25; y += 0.05)
+        EXPECT_FALSE(plan.black(0.07, y, 0.0)) << "door at " << y;
+    EXPECT_TRUE(plan.black(0.07, 1.0, 0.0));
+    EXPECT_TRUE(plan.black(0.07, -1.2, 0.0));
 }
 
 TEST(Plan, AWindowIsALineWhereItsFrameIs)
