@@ -86,7 +86,10 @@ std::optional<Tour> link(const std::vector<std::string>& files, const std::strin
     Tour tour;
     bool done = NexomapInit(work.c_str(), 0) == NEXOMAP_OK;
     for (const std::string& file : files)
-        done = done && NexomapAddNode(file.c_str()) == NEXOMAP_OK;
+        if (done) {
+            const int status = NexomapAddNode(file.c_str());
+            done = status == NEXOMAP_OK || status == NEXOMAP_DUPLICATE; // the same picture under two names
+        }
     done = done && NexomapFinishAddNode() == NEXOMAP_OK && readTour(&tour);
     NexomapClean();
     if (done) return tour;
