@@ -5,7 +5,6 @@
 
 #include "nexomap/src/files/WorkingFolder.h"
 #include "nexomap/src/merge/MergeGroup.h"
-#include "nexomap/src/pair/RangeReduction.h"
 #include "tests/nexomap/MadeUpTour.h"
 #include "tests/nexomap/merge/RayScene.h"
 
@@ -20,34 +19,6 @@ using namespace nexomap;
 namespace {
 
 constexpr char kStations[] = "NEXOMAP_TEST_STATIONS";
-
-/// Stations in one hall, with what the library keeps of a panorama that it has linked.
-Model linkedHall(const RayScene& scene, const FrontEnd& front_end)
-{
-    Model model;
-    for (const MergeStation& station : scene.mergeStations()) {
-        auto panorama = std::make_shared<Panorama>();
-        panorama->id = station.name;
-        panorama->path = station.path;
-        std::string error;
-        const RangePicture picture = front_end.ranges(station.path, station.name, &error);
-        panorama->range = rangeMapFromPicture(picture.steps, picture.unit_m);
-        Node node;
-        node.name = station.name;
-        node.path = station.path;
-        node.pose = station.pose;
-        node.source = std::make_shared<PanoramaSource>(std::move(panorama));
-        node.source->rest(); // as linking leaves it
-        model.nodes.push_back(node);
-        if (model.nodes.size() == 1) continue;
-        Edge edge;
-        edge.node_0 = int(model.nodes.size()) - 2;
-        edge.node_1 = edge.node_0 + 1;
-        edge.link = true;
-        model.edges.push_back(edge);
-    }
-    return model;
-}
 
 #ifdef __linux__
 long peakOfMerging_kib(int stations)
@@ -80,7 +51,7 @@ TEST(MergeMemory, DISABLED_MergesInAProcessOfItsOwn)
     const TemporaryFolder folder;
     const WorkingFolder working(folder.path());
     const FrontEnd front_end = scene.frontEnd();
-    Model model = linkedHall(scene, front_end);
+    Model model = scene.linkedModel();
     MergeOptions options;
     options.density = 2;
     options.cloud_map = true;

@@ -3,6 +3,8 @@
 
 #include "tests/nexomap/merge/RayScene.h"
 
+#include "nexomap/src/pair/RangeReduction.h"
+
 #include "tests/nexomap/MadeUpTour.h"
 
 #include <algorithm>
@@ -57,6 +59,33 @@ std::vector<MergeStation> RayScene::mergeStations() const
             {MadeUpTour::nameOf(k), MadeUpTour::pathOf(k), pose, Eigen::Vector3d::UnitZ(), nullptr});
     }
     return list;
+}
+
+Model RayScene::linkedModel(int apart) const
+{
+    const FrontEnd front_end = frontEnd();
+    Model model;
+    for (const MergeStation& station : mergeStations()) {
+        auto panorama = std::make_shared<Panorama>();
+        panorama->id = station.name;
+        panorama->path = station.path;
+        std::string error;
+        const RangePicture picture = front_end.ranges(station.path, station.name, &error);
+        panorama->range = rangeMapFromPicture(picture.steps, picture.unit_m);
+        Node node;
+        node.name = station.name;
+        node.path = station.path;
+        node.pose = station.pose;
+        node.source = std::make_shared<PanoramaSource>(std::move(panorama));
+        node.source->rest(); // as linking leaves it
+        model.nodes.push_back(node);
+        Edge edge;
+        edge.node_1 = int(model.nodes.size()) - 1;
+        edge.node_0 = edge.node_1 - 1;
+        edge.link = true;
+        if (edge.node_0 >= 0 && edge.node_0 != apart && edge.node_1 != apart) model.edges.push_back(edge);
+    }
+    return model;
 }
 
 FrontEnd RayScene::frontEnd() const

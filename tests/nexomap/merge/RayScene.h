@@ -4,6 +4,7 @@
 #pragma once
 
 #include "nexomap/src/merge/StationSurvey.h"
+#include "nexomap/src/model/Model.h"
 
 #include <functional>
 #include <vector>
@@ -29,6 +30,9 @@ struct RayScene
     void addRoom(const Eigen::Vector3d& low, const Eigen::Vector3d& high);
     double range(int station, const Eigen::Vector3d& direction) const;
     std::vector<nexomap::MergeStation> mergeStations() const;
+    /// What the library keeps of the stations once it has linked each to the one before it.
+    /// @param apart  this station is linked to none; -1: all are linked
+    nexomap::Model linkedModel(int apart = -1) const;
     /// Range pictures of 1024 x 512 pixels and evenly coloured pictures.
     nexomap::FrontEnd frontEnd() const;
     static constexpr int kRed = 120, kGreen = 100, kBlue = 80; ///< at exposure 1

@@ -4,10 +4,10 @@
 // What counts as a ceiling, what others see through, and lidar that cannot be read.
 
 #include "nexomap/src/merge/SurfaceMerge.h"
+#include "nexomap/src/files/WorkingFolder.h"
 #include "nexomap/src/merge/CeilingMap.h"
 #include "nexomap/src/merge/FloorHole.h"
 #include "nexomap/src/RangeReading.h"
-#include "nexomap/src/files/WorkingFolder.h"
 #include "tests/nexomap/MadeUpTour.h"
 
 #include <gtest/gtest.h>
