@@ -245,8 +245,34 @@ void printCalibration(const LinkFigures& f)
                 f.reliabilities.empty() ? 0.0 : expected / double(f.reliabilities.size()));
 }
 
+namespace {
+
+/// Without ranges a tour has a size of its own: a length is wrong when it is off from what the other links
+/// say that size is.
+void printWrongLengths(const LinkedSet& set)
+{
+    std::map<int, std::vector<double>> sizes; // by group
+    const auto size = [&](const Pair& pair) {
+        return LinkedSet::relative(set.found, pair).t.norm() / set.sights.at(pair).distance_m;
+    };
+    for (const auto& [pair, link] : set.links)
+        sizes[set.group[std::size_t(pair.first)]].push_back(size(pair));
+    for (const auto& [pair, link] : set.links) {
+        std::vector<double>& others = sizes[set.group[std::size_t(pair.first)]];
+        std::nth_element(others.begin(), others.begin() + long(others.size() / 2), others.end());
+        const double ratio = size(pair) / others[others.size() / 2];
+        if (std::abs(std::log(ratio)) > 0.2)
+            std::printf("  wrong length %d-%d: %.2f m apart, %.2f times as long as the group's links are; "
+                        "reliability %.3f\n",
+                        pair.first, pair.second, set.sights.at(pair).distance_m, ratio, link.reliability);
+    }
+}
+
+} // namespace
+
 void printWrong(const LinkedSet& set)
 {
+    printWrongLengths(set);
     for (const auto& [pair, sight] : set.sights) {
         const RigidPose truth = LinkedSet::relative(set.truth, pair);
         const auto link = set.links.find(pair);
