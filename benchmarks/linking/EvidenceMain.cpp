@@ -63,19 +63,7 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
 int main(int argc, char** argv)
 {
     TruthSetOptions options;
-    std::vector<std::string> folders;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument == "--pictures-alone")
-            options.pictures_alone = true;
-        else if (argument == "--cache" && i + 1 < argc)
-            options.cache = argv[++i];
-        else if (argument.rfind("--", 0) == 0)
-            return std::fputs(kUsage, stdout), argument == "--help" ? 0 : 2;
-        else
-            folders.push_back(argument);
-    }
-    if (folders.empty()) return std::fputs(kUsage, stderr), 2;
+    const std::vector<std::string> folders = readArguments(argc, argv, kUsage, &options);
     std::puts(
         "set,a,b,covisible,apart_m,right,metric,rotation_only,turn_deg,off,reliability,inliers,cells,outside,"
         "inlier_share,second_share,lean_deg,rms,guided,chance,elevation_deg,direction_sigma_deg,floor_step_m,"

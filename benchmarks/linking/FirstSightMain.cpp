@@ -33,17 +33,7 @@ constexpr int kPlaces[] = {5, 10, 15, 20, 30};
 int main(int argc, char** argv)
 {
     TruthSetOptions options;
-    std::vector<std::string> folders;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument == "--cache" && i + 1 < argc)
-            options.cache = argv[++i];
-        else if (argument.rfind("--", 0) == 0)
-            return std::fputs(kUsage, stdout), argument == "--help" ? 0 : 2;
-        else
-            folders.push_back(argument);
-    }
-    if (folders.empty()) return std::fputs(kUsage, stderr), 2;
+    const std::vector<std::string> folders = readArguments(argc, argv, kUsage, &options);
     struct Outline
     {
         std::string id;

@@ -122,17 +122,7 @@ RigidPose gicp(const Cloud::Ptr& cloud_0, const Cloud::Ptr& cloud_1, const Rigid
 int main(int argc, char** argv)
 {
     TruthSetOptions options;
-    std::vector<std::string> folders;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument == "--cache" && i + 1 < argc)
-            options.cache = argv[++i];
-        else if (argument.rfind("--", 0) == 0)
-            return std::fputs(kUsage, stdout), argument == "--help" ? 0 : 2;
-        else
-            folders.push_back(argument);
-    }
-    if (folders.empty()) return std::fputs(kUsage, stderr), 2;
+    const std::vector<std::string> folders = readArguments(argc, argv, kUsage, &options);
     setenv("OMP_NUM_THREADS", "1", 1);
 
     const std::vector<int> densities{3000, 10000, 30000};

@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 
 using namespace nexomap;
@@ -68,4 +69,24 @@ std::optional<TruthSet> readTruthSet(const std::string& folder, const TruthSetOp
         return std::nullopt;
     }
     return set;
+}
+
+std::vector<std::string> readArguments(int argc, char** argv, const char* usage, TruthSetOptions* options)
+{
+    std::vector<std::string> folders;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--pictures-alone")
+            options->pictures_alone = true;
+        else if (argument == "--cache" && i + 1 < argc)
+            options->cache = argv[++i];
+        else if (argument == "--help")
+            std::exit((std::fputs(usage, stdout), 0));
+        else if (argument.rfind("--", 0) == 0)
+            std::exit((std::fputs(usage, stderr), 2));
+        else
+            folders.push_back(argument);
+    }
+    if (folders.empty()) std::exit((std::fputs(usage, stderr), 2));
+    return folders;
 }

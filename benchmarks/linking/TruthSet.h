@@ -33,3 +33,7 @@ struct TruthSetOptions
 
 /// @return nullopt with a line on standard error
 std::optional<TruthSet> readTruthSet(const std::string& folder, const TruthSetOptions& options = {});
+
+/// The folders named on the command line, with --cache DIR and --pictures-alone taken into `options`. Ends
+/// the program with the usage text when that is asked for, no folder is named or another option is.
+std::vector<std::string> readArguments(int argc, char** argv, const char* usage, TruthSetOptions* options);
