@@ -49,6 +49,7 @@ public:
         for (const Neighbour& neighbour : m_tour.stations[static_cast<std::size_t>(m_tour.entry)].neighbours)
             near.insert(neighbour.station);
         problem = unpackPanoramas(entry);
+        m_loader.pause();
         if (problem.isEmpty()) problem = unpackPhotosAndPlans();
         if (problem.isEmpty()) problem = unpackPanoramas(neighbours);
         if (problem.isEmpty()) problem = unpackPanoramas([](int) { return true; });
@@ -193,7 +194,14 @@ TourLoader::TourLoader(QString path, QString folder, QString application, QObjec
 TourLoader::~TourLoader()
 {
     requestInterruption();
+    goOn();
     wait();
+}
+
+void TourLoader::pause()
+{
+    constexpr int kLongest_ms = 1000;
+    if (m_pauses) m_seen.tryAcquire(1, kLongest_ms);
 }
 
 void TourLoader::run()

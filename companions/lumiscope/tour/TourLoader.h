@@ -8,6 +8,7 @@
 #include "companions/lumiscope/tour/MapPicture.h"
 #include "companions/lumiscope/tour/WalkTour.h"
 
+#include <QSemaphore>
 #include <QString>
 #include <QThread>
 
@@ -28,6 +29,12 @@ public:
     /// Stops after the file that is being unpacked.
     ~TourLoader() override;
 
+    /// To be called before the start: once the entry is unpacked, nothing else is until `goOn`, so that all
+    /// processors make the first frame; at the longest for a second, should none be painted.
+    void pauseAfterEntry() { m_pauses = true; }
+    /// The first frame is seen, or never will be.
+    void goOn() { m_seen.release(); }
+
 Q_SIGNALS:
     /// The stations without their files.
     void described(const lumiscope::WalkTour& tour);
@@ -44,9 +51,14 @@ protected:
     void run() override;
 
 private:
+    friend class TourUnpacking;
+    void pause();
+
     QString m_path;
     QString m_folder;
     QString m_application;
+    bool m_pauses = false;
+    QSemaphore m_seen;
 };
 
 } // namespace lumiscope

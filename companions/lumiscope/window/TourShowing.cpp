@@ -38,6 +38,7 @@ void ViewerWindow::open(const QString& path)
             pictures->want({{station, kCoarseWidth, panorama}});
         },
         Qt::DirectConnection);
+    m_loader->pauseAfterEntry();
     m_loader->start();
 }
 
@@ -48,6 +49,7 @@ void ViewerWindow::connectLoading()
     connect(m_loader.get(), &TourLoader::photoReady, this,
             [this](int station, int photo, const QString& path) {
                 m_tour.stations[static_cast<std::size_t>(station)].node.photos[photo].photo_path = path;
+                if (m_awaitedPhoto == std::make_pair(station, photo)) showPhoto(path);
             });
     connect(m_loader.get(), &TourLoader::mapReady, this, [this](const MapPicture& map) {
         m_maps.insert(map.plan, map);
@@ -109,6 +111,7 @@ void ViewerWindow::endOfTour()
 {
     m_complete = true;
     if (m_tour.stations.empty()) return;
+    if (m_awaitedPhoto.first >= 0) showPhoto(QString()); // it is not in the tour
     if (m_destination >= 0 && cannotShow(m_destination)) arrive(m_destination);
     orderPictures();
     showPlace();
@@ -127,6 +130,7 @@ void ViewerWindow::takePicture(int station, int width, const QImage& picture)
     if (m_tour.stations.empty()) return;
     if (!picture.isNull()) return m_view->addPicture(station, width, picture);
     m_broken.insert({station, width});
+    m_loader->goOn();
     if (cannotShow(station)) arrive(station);
     orderPictures();
     showPlace();
@@ -159,6 +163,7 @@ void ViewerWindow::seeFrame(int station, int width)
 {
     if (m_seen == std::make_pair(station, width)) return;
     m_seen = {station, width};
+    m_loader->goOn();
     showControls(); // not before the first frame, which they would only delay
     showPlace();
     orderPictures();
@@ -219,9 +224,17 @@ void ViewerWindow::openPhoto(int photo)
     const PhotoHotspot& hotspot = m_view->visitor()->here().node.photos[photo];
     m_photo->open(hotspot.caption);
     hover(QString(), QPoint());
-    const quint64 ticket = ++m_photoTicket;
+    ++m_photoTicket;
+    const bool unpacked = hotspot.photo_path.contains(QLatin1Char('/'));
+    if (unpacked || m_complete) return showPhoto(hotspot.photo_path);
+    m_awaitedPhoto = {m_view->visitor()->station(), photo};
+}
+
+void ViewerWindow::showPhoto(const QString& path)
+{
+    m_awaitedPhoto = {-1, -1};
+    const quint64 ticket = m_photoTicket;
     const QPointer<ViewerWindow> window(this);
-    const QString path = hotspot.photo_path;
     QThreadPool::globalInstance()->start([window, ticket, path] {
         const QImage picture = loadPhoto(path);
         QMetaObject::invokeMethod(

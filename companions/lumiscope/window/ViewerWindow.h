@@ -76,6 +76,7 @@ private:
     void turnMap();
     void hover(const QString& text, QPoint at);
     void openPhoto(int photo);
+    void showPhoto(const QString& path);
     void openInfo(int info);
     void foldMap();
     void toggleFullScreen();
@@ -90,7 +91,8 @@ private:
     QHash<QString, MapPicture> m_maps;      ///< by plan
     QTimer m_patience;                      ///< until a visitor is told of waiting
     bool m_folded = false;
-    quint64 m_photoTicket = 0; ///< of the photo opened last
+    quint64 m_photoTicket = 0;                  ///< of the photo opened last
+    std::pair<int, int> m_awaitedPhoto{-1, -1}; ///< station and row of one opened before it is unpacked
 
     WalkView* m_view;
     MapPanel* m_map;
