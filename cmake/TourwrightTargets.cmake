@@ -26,9 +26,10 @@ function(tw_program target)
 endfunction()
 
 # tw_test(NAME SOURCES...): a GoogleTest program; every test case becomes a ctest case of its own, run in a
-# process of its own, so that tests may run side by side.
+# process of its own, so that tests may run side by side. SERIAL: these run alone, since they move the one pointer of
+# the screen or would be disturbed by it.
 function(tw_test target)
-  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
@@ -40,5 +41,5 @@ function(tw_test target)
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
     TEST_PREFIX "${target}."
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${arg_ENVIRONMENT}")
+    PROPERTIES RUN_SERIAL ${arg_SERIAL} TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${arg_ENVIRONMENT}")
 endfunction()
