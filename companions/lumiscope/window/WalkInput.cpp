@@ -36,19 +36,19 @@ int indexAt(const QList<Hotspot>& hotspots, QPoint at)
 
 void WalkView::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton && m_visitor) pressAt(event->pos());
+    if (event->button() == Qt::LeftButton && m_visitor && !m_touched) pressAt(event->pos());
 }
 
 void WalkView::mouseMoveEvent(QMouseEvent* event)
 {
     if (!m_visitor) return;
-    if (!m_pressed) return hover(event->pos());
+    if (!m_pressed || m_touched) return hover(event->pos()); // the pointer does not drag for a finger
     dragTo(event->pos());
 }
 
 void WalkView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !m_pressed) return;
+    if (event->button() != Qt::LeftButton || !m_pressed || m_touched) return;
     releaseAt(event->pos());
     hover(event->pos());
 }
@@ -103,6 +103,7 @@ bool WalkView::touch(const QTouchEvent& event)
         if (point.state() != Qt::TouchPointReleased) fingers << point.pos().toPoint();
     if (event.type() == QEvent::TouchCancel) fingers.clear();
 
+    m_touched = !fingers.isEmpty();
     const bool wereTwo = m_spread > 0.0;
     if (fingers.size() >= 2) {
         const double spread = QLineF(fingers[0], fingers[1]).length();

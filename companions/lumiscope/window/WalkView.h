@@ -131,6 +131,7 @@ private:
 
     bool m_pressed = false;
     bool m_dragging = false;
+    bool m_touched = false; ///< fingers are on the view
     QPoint m_pressedAt;
     double m_spread = 0.0; ///< of two fingers on the view, pixels; 0 while there are not two
     int m_wheel = 0;       ///< turned since the last whole step
