@@ -49,7 +49,7 @@ public:
         for (const Neighbour& neighbour : m_tour.stations[static_cast<std::size_t>(m_tour.entry)].neighbours)
             near.insert(neighbour.station);
         problem = unpackPanoramas(entry);
-        m_loader.pause();
+        if (problem.isEmpty()) m_loader.pause();
         if (problem.isEmpty()) problem = unpackPhotosAndPlans();
         if (problem.isEmpty()) problem = unpackPanoramas(neighbours);
         if (problem.isEmpty()) problem = unpackPanoramas([](int) { return true; });
