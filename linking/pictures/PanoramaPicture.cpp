@@ -97,10 +97,6 @@ void drawTiles(PnoFile& file, const Mosaic& mosaic, const Canvas& canvas)
         helper.join();
 }
 
-} // namespace
-
-namespace {
-
 bool assemble(const QString& pnoPath, QImage* image, const std::optional<QRgb>& missing)
 {
     const auto file = std::make_unique<PnoFile>();
