@@ -137,13 +137,6 @@ std::vector<NodePair> pairsBetweenParts(const Model& model, const std::vector<in
     return pairs;
 }
 
-std::vector<NodePair> withoutRepeats(std::vector<NodePair> pairs)
-{
-    std::sort(pairs.begin(), pairs.end());
-    pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
-    return pairs;
-}
-
 } // namespace
 
 std::vector<int> partnersOf(Model& model, const Workplace& workplace, const Panorama& newcomer,
@@ -207,7 +200,6 @@ std::vector<NodePair> pairsMissedByOrder(Model& model, const Workplace& workplac
         for (std::size_t k = 0; k < std::min(kMostAlike, ranked.size()); ++k)
             if (!compared(model, a, ranked[k].second)) pairs.push_back(pairOf(a, ranked[k].second));
     }
-    pairs = withoutRepeats(std::move(pairs));
     note(model, pairs);
     return pairs;
 }
@@ -222,7 +214,6 @@ std::vector<NodePair> pairsByPoses(Model& model, const Workplace& workplace)
     std::vector<NodePair> pairs = predictedPairs(model, part);
     for (const NodePair& pair : pairsBetweenParts(model, part))
         pairs.push_back(pair);
-    pairs = withoutRepeats(std::move(pairs));
     note(model, pairs);
     return pairs;
 }

@@ -14,11 +14,11 @@ std::vector<int> partnersOf(Model& model, const Workplace& workplace, const Pano
                             std::shared_ptr<const Features>* outline);
 
 /// Pairs of a large tour that would have been compared had the panoramas come in another order: those among
-/// the most alike of either. Noted as compared.
+/// the most alike of either. Noted as compared; a pair may stand there twice.
 std::vector<NodePair> pairsMissedByOrder(Model& model, const Workplace& workplace);
 
 /// Pairs of a large tour that the solved poses say share a view, and the most alike between parts that
-/// nothing joins yet, as far as they were not compared. Noted as compared.
+/// nothing joins yet, as far as they were not compared. Noted as compared; a pair may stand there twice.
 std::vector<NodePair> pairsByPoses(Model& model, const Workplace& workplace);
 
 } // namespace nexomap
