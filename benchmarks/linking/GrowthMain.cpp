@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // How the linking library's time and memory grow with the tour, on panoramas without pictures.
+#include "benchmarks/linking/LibraryLinks.h"
 #include "benchmarks/linking/MadeUpStorey.h"
 #include "nexomap/include/NexomapLib.h"
 #include "nexomap/src/interface/Library.h"
@@ -94,17 +95,12 @@ Links judgeLinks(const MadeUpStorey& storey)
             index = index * 26 + (c - 'A');
         return index;
     };
-    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
-        char a[16], b[16];
-        double v[8], reliability = 0;
-        int mode = 0;
-        NexomapGetPanoMatchParas(a, b, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7, &mode,
-                                 &reliability, k);
-        const int i = indexOf(a), j = indexOf(b);
+    for (const LibraryLink& link : libraryLinks()) {
+        const int i = indexOf(link.id_0), j = indexOf(link.id_1);
         const double apart = (storey.station(i).t - storey.station(j).t).norm();
         ++links.count;
-        links.wrong += std::abs(v[7] - apart) > 0.1;
-        if (mode == 0) links.last = {a, b};
+        links.wrong += std::abs(link.spacing() - apart) > 0.1;
+        if (link.mode == 0) links.last = {link.id_0, link.id_1};
     }
     return links;
 }

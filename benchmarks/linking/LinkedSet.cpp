@@ -4,6 +4,7 @@
 // A made-up building through the linking library, with what happens pair by pair written down on the way.
 #include "benchmarks/linking/LinkedSet.h"
 
+#include "benchmarks/linking/LibraryLinks.h"
 #include "benchmarks/linking/PanoramaCache.h"
 #include "nexomap/include/NexomapLib.h"
 #include "nexomap/src/interface/Library.h"
@@ -108,14 +109,9 @@ void readBack(Description& description)
     }
     for (std::size_t n = 0; n < set.group.size(); ++n)
         set.group[n] = int(n);
-    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
-        char name_0[16], name_1[16];
-        double v[8];
-        LinkedSet::Link link;
-        NexomapGetPanoMatchParas(name_0, name_1, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7,
-                                 &link.mode, &link.reliability, k);
-        const Pair pair = ordered(description.index.at(name_0), description.index.at(name_1));
-        set.links[pair] = link;
+    for (const LibraryLink& link : libraryLinks()) {
+        const Pair pair = ordered(description.index.at(link.id_0), description.index.at(link.id_1));
+        set.links[pair] = {link.mode, link.reliability};
         const int from = set.group[std::size_t(pair.second)], to = set.group[std::size_t(pair.first)];
         std::replace(set.group.begin(), set.group.end(), from, to);
     }

@@ -5,6 +5,7 @@
 // after the best rigid (without lidar: similarity) motion, and links against what sees what. Usage:
 // linked_tour FOLDER [WORK]   FOLDER holds truth.json and the panorama files
 
+#include "benchmarks/linking/LibraryLinks.h"
 #include "nexomap/include/NexomapLib.h"
 
 #include <Eigen/Dense>
@@ -86,16 +87,12 @@ int main(int argc, char** argv)
 
     std::map<std::string, std::set<std::string>> linked;
     std::map<Pair, double> links;
-    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
-        char a[16], b[16];
-        double v[8], reliability = 0;
-        int mode = 0;
-        NexomapGetPanoMatchParas(a, b, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7, &mode,
-                                 &reliability, k);
-        linked[a].insert(b);
-        linked[b].insert(a);
-        links[pairOf(a, b)] = v[7];
-        std::printf("link %s %s mode %d spacing %.3f reliability %.3f\n", a, b, mode, v[7], reliability);
+    for (const LibraryLink& link : libraryLinks()) {
+        linked[link.id_0].insert(link.id_1);
+        linked[link.id_1].insert(link.id_0);
+        links[pairOf(link.id_0, link.id_1)] = link.spacing();
+        std::printf("link %s %s mode %d spacing %.3f reliability %.3f\n", link.id_0.c_str(),
+                    link.id_1.c_str(), link.mode, link.spacing(), link.reliability);
     }
     std::map<std::string, Stand> found;
     std::vector<std::string> order;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // A linked tour of real panoramas against the directions that people marked in them by eye.
+#include "benchmarks/linking/LibraryLinks.h"
 #include "benchmarks/linking/PanoramaCache.h"
 #include "nexomap/include/NexomapLib.h"
 #include "nexomap/src/interface/Library.h"
@@ -151,17 +152,15 @@ nlohmann::json linkFolder(const std::string& folder, const FolderOptions& option
         report["panoramas"].push_back(
             {{"id", id}, {"base_name", names.at(id)}, {"position", position}, {"rotation", rotation}});
     }
-    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
-        char id_0[16], id_1[16];
-        double v[8], reliability = 0.0;
-        int mode = 0;
-        NexomapGetPanoMatchParas(id_0, id_1, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7, &mode,
-                                 &reliability, k);
-        report["links"].push_back(
-            {{"id0", id_0}, {"id1", id_1}, {"rot_0", v[0]}, {"rot_1", v[1]}, {"reliability", reliability}});
-        std::printf("  link %s %s, reliability %.2f, mode %d\n", names.at(id_0).c_str(),
-                    names.at(id_1).c_str(), reliability, mode);
-        if (!options.pictures.empty()) NexomapDrawPanoMatchPng(id_0, id_1);
+    for (const LibraryLink& link : libraryLinks()) {
+        report["links"].push_back({{"id0", link.id_0},
+                                   {"id1", link.id_1},
+                                   {"rot_0", link.rot_0()},
+                                   {"rot_1", link.rot_1()},
+                                   {"reliability", link.reliability}});
+        std::printf("  link %s %s, reliability %.2f, mode %d\n", names.at(link.id_0).c_str(),
+                    names.at(link.id_1).c_str(), link.reliability, link.mode);
+        if (!options.pictures.empty()) NexomapDrawPanoMatchPng(link.id_0.c_str(), link.id_1.c_str());
     }
     NexomapClean();
     if (options.pictures.empty()) fs::remove_all(work);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // One tour added in several orders, and with panoramas of another place among them.
+#include "benchmarks/linking/LibraryLinks.h"
 #include "benchmarks/linking/PanoramaCache.h"
 #include "nexomap/include/NexomapLib.h"
 #include "nexomap/src/interface/Library.h"
@@ -60,15 +61,11 @@ bool readTour(Tour* tour)
                              Eigen::Map<const Eigen::Vector3d>(position)};
         part[name] = name;
     }
-    for (int k = 0; k < NexomapGetPanoMatchNum(); ++k) {
-        char a[16], b[16];
-        double v[8], reliability = 0.0;
-        int mode = 0;
-        if (NexomapGetPanoMatchParas(a, b, v, v + 1, v + 2, v + 3, v + 4, v + 5, v + 6, v + 7, &mode,
-                                     &reliability, k))
-            return false;
-        tour->links[std::minmax(std::string(a), std::string(b))] = reliability;
-        const std::string from = part[b], to = part[a];
+    const std::vector<LibraryLink> links = libraryLinks();
+    if (int(links.size()) != NexomapGetPanoMatchNum()) return false;
+    for (const LibraryLink& link : links) {
+        tour->links[std::minmax(link.id_0, link.id_1)] = link.reliability;
+        const std::string from = part[link.id_1], to = part[link.id_0];
         for (auto& [name, member] : part)
             if (member == from) member = to;
     }
