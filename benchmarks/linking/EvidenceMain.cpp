@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The evidence for every pair's pose beside whether it is right, as a table: what reliability is fitted to.
+#include "benchmarks/linking/PanoramaCache.h"
 #include "benchmarks/linking/TruthSet.h"
 #include "nexomap/src/pair/PairSolver.h"
 #include "nexomap/src/pair/Sphere.h"
@@ -12,6 +13,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <thread>
 
 using namespace nexomap;
@@ -19,14 +21,27 @@ using namespace nexomap;
 namespace {
 
 constexpr char kUsage[] =
-    "bench_evidence [--pictures-alone] [--cache DIR] FOLDER...\n"
+    "bench_evidence [--pictures-alone | --one-sided] [--cache DIR] FOLDER...\n"
     "Prints one line of comma-separated values for each pair of panoramas in the folders (panorama\n"
-    "files and a truth.json) for which a pose was found, good or bad.\n";
+    "files and a truth.json) for which a pose was found, good or bad.\n"
+    "  --one-sided  each pair twice, the ranges of one panorama left out\n";
 
-std::string line(const TruthSet& set, const std::string& name, const TruthSet::Pair& pair)
+enum class Ranges
 {
-    const Panorama& p0 = *set.panoramas[std::size_t(pair.index_0)];
-    const Panorama& p1 = *set.panoramas[std::size_t(pair.index_1)];
+    AsTheyAre,
+    OnlyFirst,
+    OnlySecond
+};
+
+std::string line(const TruthSet& set, const std::string& name, const TruthSet::Pair& pair, Ranges ranges)
+{
+    const auto side = [&](int index, Ranges bare) {
+        const auto& panorama = set.panoramas[std::size_t(index)];
+        return ranges == bare ? withoutRange(panorama) : panorama;
+    };
+    const auto kept_0 = side(pair.index_0, Ranges::OnlySecond),
+               kept_1 = side(pair.index_1, Ranges::OnlyFirst);
+    const Panorama &p0 = *kept_0, &p1 = *kept_1;
     const bool swapped = p1.id < p0.id; // as the library orders them
     const Panorama &first = swapped ? p1 : p0, &second = swapped ? p0 : p1;
     Evidence e;
@@ -45,7 +60,7 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
     char text[640];
     std::snprintf(text, sizeof text,
                   "%s,%d,%d,%.4f,%.3f,%d,%d,%d,%.3f,%.2f,%.4f,%d,%d,%d,%.4f,%.4f,%.3f,%.3f,%d,%.2f,%.3f,%.3f,"
-                  "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f,%.3f,%d,%.3f\n",
+                  "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f,%.3f,%d,%.3f,%.4f,%d,%.4f,%.3f,%d,%.3f\n",
                   name.c_str(), pair.index_0, pair.index_1, pair.covisible, apart, int(right),
                   int(pose.metric), int(pose.rotation_only), turn, pose.metric ? shift * 100.0 : off,
                   pose.reliability, e.inliers, e.cells, e.outside, e.inlier_share, e.second_share,
@@ -54,7 +69,8 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
                   e.ranges.violation, e.ranges.covisible, pose.t_0_from_1.norm(),
                   std::sqrt(covariance.topLeftCorner<3, 3>().trace()) / kDegree,
                   std::sqrt(covariance.bottomRightCorner<3, 3>().trace()), e.parallax / kDegree,
-                  e.silent.places, e.silent.share);
+                  e.silent.places, e.silent.share, e.position_sigma_m, e.sight.lines, e.sight.crossed,
+                  e.sight.open, e.sight.places, e.sight.silent);
     return text;
 }
 
@@ -63,20 +79,30 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
 int main(int argc, char** argv)
 {
     TruthSetOptions options;
-    const std::vector<std::string> folders = readArguments(argc, argv, kUsage, &options);
+    bool one_sided = false;
+    const auto end = std::remove_if(argv + 1, argv + argc, [&](const char* argument) {
+        const bool asked = std::strcmp(argument, "--one-sided") == 0;
+        one_sided = one_sided || asked;
+        return asked;
+    });
+    const std::vector<std::string> folders = readArguments(int(end - argv), argv, kUsage, &options);
     std::puts(
         "set,a,b,covisible,apart_m,right,metric,rotation_only,turn_deg,off,reliability,inliers,cells,outside,"
         "inlier_share,second_share,lean_deg,rms,guided,chance,elevation_deg,direction_sigma_deg,floor_step_m,"
         "samples,agree,violation,range_covisible,length_m,sigma_deg,sigma_m,parallax_deg,silent_places,"
-        "silent_share");
+        "silent_share,position_sigma_m,lines,crossed,open,sight_places,sight_silent");
     for (const std::string& folder : folders) {
         const auto set = readTruthSet(folder, options);
         if (!set) return 1;
-        std::vector<std::string> lines(set->pairs.size());
+        const std::size_t ways = one_sided ? 2 : 1;
+        std::vector<std::string> lines(set->pairs.size() * ways);
         std::atomic<std::size_t> next{0};
         const auto work = [&] {
             for (std::size_t k = next++; k < lines.size(); k = next++)
-                lines[k] = line(*set, folder, set->pairs[k]);
+                lines[k] = line(*set, folder, set->pairs[k / ways],
+                                !one_sided ? Ranges::AsTheyAre
+                                : k % 2    ? Ranges::OnlySecond
+                                           : Ranges::OnlyFirst);
         };
         std::vector<std::thread> helpers;
         for (unsigned k = 1; k < std::thread::hardware_concurrency(); ++k)

@@ -4,7 +4,7 @@
 // What is said of a linking library: recall, accuracy, wrong links, calibration.
 #include "benchmarks/linking/LinkFigures.h"
 
-#include "nexomap/src/pair/Sphere.h"
+#include "nexomap/src/graph/GraphEdge.h"
 
 #include <Eigen/SVD>
 
@@ -82,6 +82,18 @@ void addTrajectory(const LinkedSet& set, LinkFigures* figures)
     }
 }
 
+Vector6d stateError(const PairPose& pose, const RigidPose& truth)
+{
+    const GraphEdge edge{0, 1, &pose, false};
+    return edgeError(edge, {}, {truth.R, truth.t});
+}
+
+double chi2Of(const PairPose& pose, const RigidPose& truth)
+{
+    const Vector6d error = stateError(pose, truth);
+    return error.dot(graphInformation(pose) * error);
+}
+
 } // namespace
 
 PairError errorOf(const RigidPose& found, const RigidPose& truth)
@@ -131,6 +143,7 @@ LinkFigures figuresOf(const LinkedSet& set)
             f.measured_gross += !measured_right && (isGross(error) || (pose.rotation_only && !same_place));
             f.measured_trusted_wrong += !measured_right && pose.reliability >= kTrusted;
             f.reliabilities.emplace_back(pose.reliability, measured_right);
+            if (measured_right && pose.metric) f.chi2.push_back(chi2Of(pose, truth));
         }
         for (int b = 0; b < 4; ++b) {
             if (sight.covisible < LinkFigures::kBandFrom[b]) continue;
@@ -168,6 +181,7 @@ void LinkFigures::add(const LinkFigures& o)
     }
     pose_errors_deg.insert(pose_errors_deg.end(), o.pose_errors_deg.begin(), o.pose_errors_deg.end());
     reliabilities.insert(reliabilities.end(), o.reliabilities.begin(), o.reliabilities.end());
+    chi2.insert(chi2.end(), o.chi2.begin(), o.chi2.end());
     headings_deg.insert(headings_deg.end(), o.headings_deg.begin(), o.headings_deg.end());
     const auto counts = [](LinkFigures& f) {
         return std::vector<int*>{&f.panoramas,
@@ -219,6 +233,14 @@ void printFigures(const std::string& name, const LinkFigures& f)
                 "%.3f\n",
                 f.links, f.wrong, f.gross, f.trusted, f.trusted_wrong, share(f.links_with_sight, f.links),
                 share(f.sights_linked, f.sights), kNear_m, share(f.near_sights_linked, f.near_sights));
+    if (!f.chi2.empty()) {
+        std::vector<double> sorted = f.chi2;
+        std::sort(sorted.begin(), sorted.end());
+        std::printf(
+            "  squared errors of right metric pairs over the graph's covariance: median %.1f (5.3 if exact), "
+            "nine tenths below %.1f (10.6)\n",
+            sorted[sorted.size() / 2], sorted[sorted.size() * 9 / 10]);
+    }
     std::printf("  measured pairs %d: wrong %d, grossly %d, at reliability 0.9+ %d\n", f.measured,
                 f.measured_wrong, f.measured_gross, f.measured_trusted_wrong);
 }
@@ -269,6 +291,23 @@ void printWrongLengths(const LinkedSet& set)
 }
 
 } // namespace
+
+void printPairs(const LinkedSet& set)
+{
+    for (const auto& [pair, pose] : set.measured) {
+        const RigidPose truth = LinkedSet::relative(set.truth, pair);
+        if (!pose.metric || !isRight(errorOf({pose.R_0_from_1, pose.t_0_from_1}, truth), true)) continue;
+        const Vector6d error = stateError(pose, truth);
+        const Matrix6d covariance = graphInformation(pose).inverse();
+        std::printf("  pair %d-%d: co-visible %.3f, %zu inliers, %.2f m; reliability %.3f, chi2 %.1f; turn",
+                    pair.first, pair.second, set.sights.at(pair).covisible, pose.inliers.size(),
+                    truth.t.norm(), pose.reliability, chi2Of(pose, truth));
+        for (int k = 0; k < 6; ++k)
+            std::printf("%s %.2f (%.2f)", k == 3 ? " mrad; move" : "", 1e3 * error[k],
+                        1e3 * std::sqrt(covariance(k, k)));
+        std::printf(" mm\n");
+    }
+}
 
 void printWrong(const LinkedSet& set)
 {

@@ -35,8 +35,9 @@ struct LinkFigures
     int links_with_sight = 0, sights = 0, sights_linked = 0, near_sights = 0, near_sights_linked = 0;
     int measured = 0, measured_wrong = 0, measured_gross = 0, measured_trusted_wrong = 0;
     std::vector<std::pair<double, bool>> reliabilities; ///< of measured pairs, with whether they are right
-    std::vector<double> headings_deg;                   ///< errors over the largest groups
-    double squares_m2 = 0.0, worst_m = 0.0;             ///< of stations in the largest groups
+    std::vector<double> chi2; ///< squared errors of right metric pairs in units of the graph's covariance
+    std::vector<double> headings_deg;       ///< errors over the largest groups
+    double squares_m2 = 0.0, worst_m = 0.0; ///< of stations in the largest groups
     double seconds = 0.0;
 
     void add(const LinkFigures& other);
@@ -46,5 +47,7 @@ LinkFigures figuresOf(const LinkedSet& set);
 void printFigures(const std::string& name, const LinkFigures& figures);
 /// Stated against true reliability, ten bins, and the expected calibration error.
 void printCalibration(const LinkFigures& figures);
+/// Errors of every right metric pair against its stated deviations.
+void printPairs(const LinkedSet& set);
 /// Every wrong link and every grossly wrong measured pair.
 void printWrong(const LinkedSet& set);

@@ -13,7 +13,7 @@
 namespace {
 
 constexpr char kUsage[] =
-    "bench_linkset [--pictures-alone | --half-ranged] [--wrong] [--cache DIR] FOLDER...\n"
+    "bench_linkset [--pictures-alone | --half-ranged] [--wrong] [--pairs] [--cache DIR] FOLDER...\n"
     "Links each folder (panorama files and a truth.json, as samplescene writes them) through the library "
     "and\n"
     "prints how the result compares with the truth: right relative poses by co-visibility, area under the\n"
@@ -21,6 +21,7 @@ constexpr char kUsage[] =
     "  --pictures-alone  leave the ranges out\n"
     "  --half-ranged     leave them out of every second panorama\n"
     "  --wrong           list every wrong link and measurement\n"
+    "  --pairs           list the errors of right metric pairs beside what they state\n"
     "  --cache DIR       keep the panoramas' features there for the next run\n";
 
 double peakMemory_mib()
@@ -35,7 +36,7 @@ double peakMemory_mib()
 int main(int argc, char** argv)
 {
     LinkSetOptions options;
-    bool list_wrong = false;
+    bool list_wrong = false, list_pairs = false;
     std::vector<std::string> folders;
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
@@ -45,6 +46,8 @@ int main(int argc, char** argv)
             options.half_ranged = true;
         else if (argument == "--wrong")
             list_wrong = true;
+        else if (argument == "--pairs")
+            list_pairs = true;
         else if (argument == "--cache" && i + 1 < argc)
             options.cache = argv[++i];
         else if (argument.rfind("--", 0) == 0)
@@ -66,6 +69,7 @@ int main(int argc, char** argv)
         const LinkFigures figures = figuresOf(*set);
         printFigures(set->name, figures);
         if (list_wrong) printWrong(*set);
+        if (list_pairs) printPairs(*set);
         std::fflush(stdout);
         total.add(figures);
     }

@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The Tourwright developers
 # SPDX-License-Identifier: MIT
-"""Fits the reliability of poses to evidence with known truth: from pictures alone, or with --ranges metric ones.
+"""Fits the reliability of poses to evidence with known truth: from pictures alone, with --ranges metric ones,
+with --one-sided those that have range on one side only.
 
 Usage: bench_evidence --pictures-alone SET... > evidence.csv; fit_reliability.py evidence.csv
        bench_evidence SET... > evidence.csv; fit_reliability.py --ranges evidence.csv
+       bench_evidence --one-sided SET... > evidence.csv; fit_reliability.py --one-sided evidence.csv
 
 Logistic regression with a ridge on the features below, which nexomap/src/pair/Reliability.cpp computes alike.
 Prints the table of weights for that file and, leaving out one set at a time, how stated and true reliability
@@ -50,6 +52,30 @@ RANGE_FEATURES = [
     ("lean beyond 3 degrees", lambda r: max(0.0, min(float(r["lean_deg"]), 10.0) - 3.0), -1),
     ("another level", lambda r: 1.0 if abs(float(r["floor_step_m"])) > 0.15 else 0.0, -1),
 ]
+
+
+def silence(r):
+    """Of the places that the panorama without range must show, the silent share beyond what right poses have.
+    Two that speak are added, so that one place alone says little."""
+    places = float(r["sight_places"])
+    return max(0.0, float(r["sight_silent"]) * places / (places + 2.0) - 0.2)
+
+
+ONE_SIDED_FEATURES = [
+    ("log of the support", lambda r: math.log(max(8.0, min(support(r), 80.0))), 1),
+    ("occupied cells", lambda r: min(float(r["cells"]), 8.0), 1),
+    ("log of those outside the densest 25 degrees", lambda r: math.log1p(min(float(r["outside"]), 100.0)), 1),
+    ("share of sight lines through surfaces", lambda r: min(float(r["crossed"]), 0.5), -1),
+    ("silent places beyond a fifth", silence, -1),
+    ("second pose's share", lambda r: min(1.0, float(r["second_share"]) * float(r["inliers"]) / max(1.0, support(r))), -1),
+    ("whitened residual beyond 1.5", lambda r: max(0.0, min(float(r["rms"]), 4.0) - 1.5), -1),
+    ("log of the position's deviation", lambda r: math.log(max(0.003, min(float(r["position_sigma_m"]), 0.3))), -1),
+    ("lean beyond 3 degrees", lambda r: max(0.0, min(float(r["lean_deg"]), 10.0) - 3.0), -1),
+]
+
+
+def judged_one_sided(r):
+    return r["metric"] == "1" and int(r["inliers"]) >= 8 and support(r) >= 8.0
 
 
 def judged_with_ranges(r):
@@ -135,12 +161,14 @@ def calibration(p, y, bins=10):
 
 def main():
     global FEATURES
-    paths = [path for path in sys.argv[1:] if path != "--ranges"]
+    paths = [path for path in sys.argv[1:] if path not in ("--ranges", "--one-sided")]
     if not paths:
         sys.exit(__doc__)
     judged = judged_without
     if "--ranges" in sys.argv:
         FEATURES, judged = RANGE_FEATURES, judged_with_ranges
+    if "--one-sided" in sys.argv:
+        FEATURES, judged = ONE_SIDED_FEATURES, judged_one_sided
     rows = []
     for path in paths:
         with open(path, encoding="utf-8") as file:

@@ -232,6 +232,30 @@ TEST(CyclePruning, WithoutScaleASideThatPointsElsewhereIsCutThoughItTurnsRightly
         EXPECT_EQ(kept[e] != 0, e != wrong) << graph.edges[e].i << "-" << graph.edges[e].j;
 }
 
+TEST(CyclePruning, ASideWithoutScaleMustPointWhereTheOthersEnd)
+{
+    // Three sides of a square with lengths; the fourth turns rightly but leads to a room's twin.
+    MadeUpTour tour;
+    const double places[][2] = {{0, 0}, {3, 0.4}, {3.5, 4}, {0.2, 3.6}};
+    for (const auto& place : places)
+        tour.add(place[0], place[1], 0.5 * place[0]);
+    MadeUpTour bare = tour;
+    bare.lidar = false;
+    for (const bool wrong : {false, true}) {
+        Graph graph;
+        graph.poses = {tour.pairPose(0, 1), tour.pairPose(1, 2), tour.pairPose(2, 3), bare.pairPose(0, 3)};
+        for (PairPose& pose : graph.poses)
+            pose.reliability = pose.metric ? 0.95 : 0.6;
+        if (wrong) graph.poses[3].t_0_from_1 = rotationAboutZ(0.9) * graph.poses[3].t_0_from_1;
+        const int ends[][2] = {{0, 1}, {1, 2}, {2, 3}, {0, 3}};
+        for (int k = 0; k < 4; ++k)
+            graph.edges.push_back({ends[k][0], ends[k][1], &graph.poses[std::size_t(k)], false});
+        std::vector<char> kept(4, 1);
+        pruneCycles(4, graph.edges, kept);
+        EXPECT_EQ(kept, (std::vector<char>{1, 1, 1, char(!wrong)}));
+    }
+}
+
 TEST(PoseGraph, WithoutScaleADoubtfulEdgeStaysOnlyInATriangleWithTwoCertainOnes)
 {
     MadeUpTour tour;

@@ -55,6 +55,21 @@ Step stepAlong(const GraphEdge& edge, bool forward)
     return step;
 }
 
+/// A step of unknown length at the length that its cycle gives it; the length itself stays open.
+Step stepOfLength(const GraphEdge& edge, bool forward, double length_m)
+{
+    PairPose pose;
+    pose.R_0_from_1 = edge.pose->R_0_from_1;
+    pose.t_0_from_1 = edge.pose->t_0_from_1 * length_m;
+    pose.metric = true;
+    Matrix6d S = Matrix6d::Identity();
+    S.bottomRightCorner<3, 3>() /= length_m;
+    const Eigen::Vector3d along = edge.pose->R_0_from_1.transpose() * edge.pose->t_0_from_1;
+    pose.information = S * edge.pose->information * S;
+    pose.information.bottomRightCorner<3, 3>() += along * along.transpose() / (length_m * length_m);
+    return stepAlong({edge.i, edge.j, &pose, false}, forward);
+}
+
 struct Cycle
 {
     std::array<int, 4> edges;
@@ -116,7 +131,12 @@ private:
         }
         const Eigen::Vector3d rotation = logRotation(sum.pose.R);
         bool bad = !sum.metric && length == 3 && !sidesClose(nodes, edges);
-        if (sum.metric) {
+        bool measured = sum.metric;
+        if (const int open = onlyScaleless(edges, length); open >= 0) {
+            measured = true;
+            sum = closedBy(nodes, edges, length, open);
+        }
+        if (measured) {
             Vector6d error;
             error << rotation, sum.pose.R.transpose() * sum.pose.t;
             bad = error.dot(sum.covariance.ldlt().solve(error)) > kChi2Pose;
@@ -125,7 +145,43 @@ private:
             bad = bad || rotation.dot(covariance.ldlt().solve(rotation)) > kChi2Rotation;
         }
         // A square without scale that turns rightly says nothing: rooms built in parallel pass.
-        if (bad || sum.metric || length == 3) all.push_back({edges, length, bad});
+        if (bad || measured || length == 3) all.push_back({edges, length, bad});
+    }
+
+    /// The one edge of a cycle that lacks nothing but its length, where the others have theirs; -1: none.
+    int onlyScaleless(const std::array<int, 4>& edges, int length) const
+    {
+        int open = -1;
+        for (int k = 0; k < length; ++k) {
+            const PairPose& pose = *m_edges[edges[k]].pose;
+            if (pose.rotation_only || (!pose.metric && open >= 0)) return -1;
+            if (!pose.metric) open = k;
+        }
+        return open;
+    }
+
+    /// Once around, the open edge as long as closes the cycle best.
+    Step closedBy(const std::array<int, 4>& nodes, const std::array<int, 4>& edges, int length,
+                  int open) const
+    {
+        constexpr double kShortest_m = 0.1;
+        const auto around = [&](double length_m) {
+            Step sum;
+            for (int k = 0; k < length; ++k) {
+                const bool forward = m_edges[edges[k]].i == nodes[k];
+                const Step step = k == open ? stepOfLength(m_edges[edges[k]], forward, length_m)
+                                  : forward ? m_forward[edges[k]]
+                                            : m_backward[edges[k]];
+                const Matrix6d A = adjoint(step.pose.inverse());
+                sum.covariance = A * sum.covariance * A.transpose() + step.covariance;
+                sum.pose = sum.pose * step.pose;
+            }
+            return sum;
+        };
+        // The place that one comes back to moves along a line with the open length.
+        const Eigen::Vector3d one = around(1.0).pose.t, two = around(2.0).pose.t;
+        const double back = 1.0 - (two - one).dot(one) / (two - one).squaredNorm();
+        return around(std::max(kShortest_m, back));
     }
 
     /// Whether three sides of unknown length can make a triangle.

@@ -5,6 +5,7 @@
 #include "nexomap/src/pair/PairSolver.h"
 
 #include "nexomap/src/pair/MetricRansac.h"
+#include "nexomap/src/pair/OneSidedPair.h"
 #include "nexomap/src/pair/PairSteps.h"
 #include "nexomap/src/pair/Sphere.h"
 
@@ -54,8 +55,9 @@ std::optional<PairPose> solveEither(const Panorama& p0, const Panorama& p1,
                                     const std::vector<Correspondence>& matches, Evidence* evidence)
 {
     PairRandom random(p0.id, p1.id);
-    auto pose = p0.metric() && p1.metric() ? solveMetric(p0, p1, matches, random, evidence)
-                                           : solveBearings(matches, random, evidence);
+    auto pose = p0.metric() && p1.metric()   ? solveMetric(p0, p1, matches, random, evidence)
+                : p0.metric() || p1.metric() ? solveOneSided(p0, p1, matches, random, evidence)
+                                             : solveBearings(matches, random, evidence);
     if (pose && pose->R_0_from_1.allFinite() && pose->t_0_from_1.allFinite() && pose->information.allFinite())
         return pose;
     return std::nullopt;

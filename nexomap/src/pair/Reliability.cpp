@@ -15,6 +15,7 @@ namespace nexomap {
 namespace {
 
 constexpr int kFewestBearings = 20; // inliers
+constexpr int kFewestPoints = 8;
 
 double logistic(double z)
 {
@@ -81,7 +82,33 @@ double metricReliability(const Evidence& e)
     if (std::abs(e.floor_step_m) > 0.15) z -= 2.0; // another level: there are stairs, but few
     // Right poses are silent in a tenth of the places, in two fifths at most where furniture was moved.
     if (e.silent.places >= 8) z -= 25.0 * std::max(0.0, e.silent.share - 0.4);
-    if (e.ranges.agree < 0.02) z -= 8.0;           // too little in common to be confirmed
+    if (e.ranges.agree < 0.02) z -= 8.0; // too little in common to be confirmed
+    return logistic(z);
+}
+
+double oneSidedReliability(const Evidence& e)
+{
+    const double support = std::max(double(e.inliers), 0.5 * e.guided - 2.0 * e.chance);
+    if (e.inliers < kFewestPoints || support < 10.0) return 0.0;
+    // Weights by benchmarks/linking/fit_reliability.py --one-sided; docs/LINKING.md has the curve. As without
+    // ranges, the numbers of matches got none.
+    constexpr double kConstant = -3.2511;
+    // Two places that speak are added, so that one alone says little.
+    const double silence = e.sight.silent * e.sight.places / (e.sight.places + 2.0);
+    const std::pair<double, double> terms[] = {
+        {0.3791, std::min(e.cells, 8)},                                  // occupied cells
+        {0.1456, std::log1p(std::min(e.outside, 100))},                  // outside the densest 25 degrees
+        {-10.9841, std::min(e.sight.crossed, 0.5)},                      // sight lines through surfaces
+        {-19.9014, std::max(0.0, silence - 0.2)},                        // silent places beyond a fifth
+        {-0.7540, std::max(0.0, std::min(e.rms, 4.0) - 1.5)},            // whitened residual beyond 1.5
+        {-0.6857, std::log(std::clamp(e.position_sigma_m, 0.003, 0.3))}, // log of the position's deviation
+    };
+    double z = kConstant;
+    for (const auto& [weight, value] : terms)
+        z += weight * value;
+    // Two cameras on two stands differ by a hand or two, not by more; the sets of the fit had one stand.
+    if (std::abs(e.floor_step_m) > 0.6) z -= 3.0;
+    z -= 0.3 * std::max(0.0, e.lean / kDegree - 3.0);
     return logistic(z);
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "nexomap/src/pair/Correspondence.h"
+#include "nexomap/src/pair/OneSidedSight.h"
 #include "nexomap/src/pair/RangeAgreement.h"
 #include "nexomap/src/pair/SilentPlaces.h"
 
@@ -24,9 +25,12 @@ struct Evidence
     double elevation = 0.0;       ///< of the other camera, radians; panoramas stand on floors
     double parallax = 0.0;        ///< median angle between the two bearings of an inlier, radians
     double direction_sigma = 0.0; ///< uncertainty of t's direction, radians
-    double floor_step_m = 0.0; ///< metric only: from one's floor up to the other's; 0 when either is unknown
-    RangeAgreement ranges;     ///< metric only
-    SilentPlaces silent;       ///< metric only
+    double floor_step_m =
+        0.0;               ///< metric: from one floor up to the other, range on one side: between the cameras
+    RangeAgreement ranges; ///< metric only
+    SilentPlaces silent;   ///< metric only
+    OneSidedSight sight;   ///< range on one side only
+    double position_sigma_m = 0.0; ///< uncertainty of t, range on one side only
 };
 
 /// Distinct places among the inliers and their spread over the sphere.
@@ -35,6 +39,8 @@ void countPlaces(const std::vector<Correspondence>& matches, const std::vector<i
 
 /// Probability that a metric pose is right (within 1 degree and 10 cm).
 double metricReliability(const Evidence& evidence);
+/// Probability that a pose from bearings against points of the other panorama is right (the same bounds).
+double oneSidedReliability(const Evidence& evidence);
 /// Probability that a pose from bearings is right (within 1 degree, direction within 5).
 double bearingReliability(const Evidence& evidence);
 /// Probability that two panoramas were taken in one place with this rotation between them.

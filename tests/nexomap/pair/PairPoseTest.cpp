@@ -69,16 +69,6 @@ TEST(PairPose, WithoutLidarHasDirectionAndNoScale)
     EXPECT_GT(pose->t_0_from_1.dot(scene.truth().t.normalized()), std::cos(1.0 * kDegree));
 }
 
-TEST(PairPose, LidarOnOneSideOnlyIsLinkedByThePictures)
-{
-    const TwoCameras scene;
-    const auto p0 = scene.panorama(0, true), p1 = scene.panorama(1, false);
-    const auto pose = matchPair(*p0, *p1);
-    ASSERT_TRUE(pose);
-    EXPECT_LT(rotationError_deg(poseOf(*pose), scene.truth()), 0.2);
-    EXPECT_GT(pose->t_0_from_1.normalized().dot(scene.truth().t.normalized()), std::cos(1.0 * kDegree));
-}
-
 TEST(PairPose, TheOtherWayRoundIsTheInverse)
 {
     const TwoCameras scene;
