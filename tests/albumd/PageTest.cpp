@@ -190,6 +190,22 @@ TEST_F(Page, ShowsTheRightPictureUnderAMarkerAndAClickWalksThereKeepingTheHeadin
     EXPECT_NEAR(wrapped(state(browser, "yaw") - yaw), 0, 1e-6);
 }
 
+TEST_F(Page, NamesAPanoramaTogetherWithTheViewIntoIt)
+{
+    Browser browser;
+    visit(browser);
+    turn(browser, {300, 300}, {500, 300});
+    const double yaw = state(browser, "yaw");
+    browser.run(
+        QStringLiteral("const d = document.getElementById('view').dataset;"
+                       "new MutationObserver(() => d.atFirst = d.yaw)"
+                       ".observe(document.getElementById('view'), {attributeFilter: ['data-panorama']});"));
+    browser.click(middle(browser, ring(b)));
+    ASSERT_TRUE(browser.waitFor(
+        QStringLiteral("return document.getElementById('view').dataset.atFirst !== undefined;")));
+    EXPECT_NEAR(wrapped(state(browser, "atFirst") - yaw - kTurn), 0, 1e-6);
+}
+
 TEST_F(Page, HotspotsOpenAndNothingOfACaptionIsRun)
 {
     Browser browser;

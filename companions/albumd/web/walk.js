@@ -101,7 +101,6 @@ export class Walk {
         this.camera.look(yaw, this.camera.polar);
         this.resized();
         this.placeMarkers();
-        this.view.dataset.panorama = panorama.id;
         await this.plan.show(panorama);
         this.redraw();
     }
@@ -216,6 +215,7 @@ export class Walk {
         }
         this.markers.place(camera);
         this.plan.look(camera.yaw + (current.location ? current.location.direction : 0), Math.atan(camera.width / 2 / camera.half / camera.zoom));
+        this.view.dataset.panorama = current.id;
         this.view.dataset.yaw = camera.yaw;
         this.view.dataset.polar = camera.polar;
         this.view.dataset.zoom = camera.zoom;
