@@ -3,6 +3,8 @@
 
 #include "nexomap/src/graph/ScaleRecovery.h"
 
+#include "nexomap/src/graph/NormalEquations.h"
+
 #include <Eigen/Dense>
 
 #include <algorithm>
@@ -140,20 +142,20 @@ Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties)
     const int unknowns = edges + 1;
     Eigen::VectorXd x = Eigen::VectorXd::Zero(unknowns);
     for (int round = 0; round < 15; ++round) {
-        Eigen::MatrixXd N = 1e-6 * Eigen::MatrixXd::Identity(unknowns, unknowns);
-        Eigen::VectorXd g = Eigen::VectorXd::Zero(unknowns);
+        NormalEquations normal(unknowns, 1e-6);
         for (const Tie& tie : ties) {
             const double r = x[tie.a] - (tie.b < 0 ? 0.0 : x[tie.b]) - tie.difference;
             const double w = tie.weight / (round == 0 ? 1.0 : std::max(0.01, std::abs(r)));
-            N(tie.a, tie.a) += w;
-            g[tie.a] += w * tie.difference;
+            normal.add(tie.a, tie.a, w);
+            normal.right(tie.a) += w * tie.difference;
             if (tie.b < 0) continue;
-            N(tie.b, tie.b) += w;
-            N(tie.a, tie.b) -= w;
-            N(tie.b, tie.a) -= w;
-            g[tie.b] -= w * tie.difference;
+            normal.add(tie.b, tie.b, w);
+            normal.add(tie.a, tie.b, -w);
+            normal.right(tie.b) -= w * tie.difference;
         }
-        x = N.ldlt().solve(g);
+        const Eigen::VectorXd solved = normal.solve();
+        if (solved.size() == 0) break;
+        x = solved;
     }
     return x;
 }
@@ -197,12 +199,11 @@ void closeLoops(int nodes, const std::vector<GraphEdge>& edges, const std::vecto
     Eigen::VectorXd factors = Eigen::VectorXd::Ones(sets);
     std::vector<double> weights(edges.size(), 1.0);
     for (int round = 0; round < 10; ++round) {
-        Eigen::MatrixXd N = 1e-9 * Eigen::MatrixXd::Identity(unknowns, unknowns);
-        Eigen::VectorXd g = Eigen::VectorXd::Zero(unknowns);
+        NormalEquations normal(unknowns, 1e-9);
         for (int s = 0; s < sets; ++s) {
             const double w = s == fixed || s == 0 ? 1e9 : 1e-3;
-            N(3 * nodes + s, 3 * nodes + s) += w;
-            g[3 * nodes + s] += w;
+            normal.add(3 * nodes + s, 3 * nodes + s, w);
+            normal.right(3 * nodes + s) += w;
         }
         for (std::size_t e = 0; e < edges.size(); ++e) {
             if (!kept[e] || edges[e].pose->rotation_only) continue;
@@ -212,18 +213,19 @@ void closeLoops(int nodes, const std::vector<GraphEdge>& edges, const std::vecto
             const double w = weights[e] / std::max(1e-6, v.squaredNorm());
             for (int k = 0; k < 3; ++k) {
                 const int a = 3 * i + k, b = 3 * j + k;
-                N(a, a) += w, N(b, b) += w, N(a, b) -= w, N(b, a) -= w;
+                normal.add(a, a, w), normal.add(b, b, w), normal.add(a, b, -w);
                 if (set[e] < 0) {
-                    g[b] += w * v[k], g[a] -= w * v[k];
+                    normal.right(b) += w * v[k], normal.right(a) -= w * v[k];
                     continue;
                 }
                 const int s = 3 * nodes + set[e];
-                N(s, s) += w * v[k] * v[k];
-                N(b, s) -= w * v[k], N(s, b) -= w * v[k];
-                N(a, s) += w * v[k], N(s, a) += w * v[k];
+                normal.add(s, s, w * v[k] * v[k]);
+                normal.add(b, s, -w * v[k]);
+                normal.add(a, s, w * v[k]);
             }
         }
-        const Eigen::VectorXd x = N.ldlt().solve(g);
+        const Eigen::VectorXd x = normal.solve();
+        if (x.size() == 0) break;
         factors = x.tail(sets).cwiseMax(0.05);
         for (std::size_t e = 0; e < edges.size(); ++e) {
             if (!kept[e] || edges[e].pose->rotation_only) continue;
