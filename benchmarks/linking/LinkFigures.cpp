@@ -4,6 +4,7 @@
 // What is said of a linking library: recall, accuracy, wrong links, calibration.
 #include "benchmarks/linking/LinkFigures.h"
 
+#include "benchmarks/linking/MissedSights.h"
 #include "nexomap/src/graph/GraphEdge.h"
 
 #include <Eigen/SVD>
@@ -126,6 +127,8 @@ LinkFigures figuresOf(const LinkedSet& set)
     std::vector<int> groups = set.group;
     std::sort(groups.begin(), groups.end());
     f.groups = int(std::unique(groups.begin(), groups.end()) - groups.begin());
+    const std::set<Pair> by_rule = sightsByRule(set);
+    f.ruled_sights = int(by_rule.size());
     for (const auto& [pair, sight] : set.sights) {
         const RigidPose truth = LinkedSet::relative(set.truth, pair);
         const bool together = set.group[pair.first] == set.group[pair.second];
@@ -159,6 +162,7 @@ LinkFigures figuresOf(const LinkedSet& set)
         f.sights_linked += sight.sees && linked;
         f.near_sights += sight.sees && sight.distance_m < kNear_m;
         f.near_sights_linked += sight.sees && linked && sight.distance_m < kNear_m;
+        f.ruled_sights_linked += linked && by_rule.count(pair);
         if (!linked) continue;
         ++f.links;
         f.links_with_sight += sight.sees;
@@ -199,6 +203,8 @@ void LinkFigures::add(const LinkFigures& o)
                                  &f.near_sights,
                                  &f.measured,
                                  &f.near_sights_linked,
+                                 &f.ruled_sights,
+                                 &f.ruled_sights_linked,
                                  &f.measured_wrong,
                                  &f.measured_gross,
                                  &f.measured_trusted_wrong};
@@ -230,9 +236,10 @@ void printFigures(const std::string& name, const LinkFigures& f)
                 1000.0 * f.worst_m, median(f.headings_deg));
     std::printf("  links %d: wrong %d, grossly %d; at reliability 0.9+ %d, wrong %d; precision %.3f; recall "
                 "%.3f, within %g m "
-                "%.3f\n",
+                "%.3f, of those that the rule leaves %.3f (%d of %d)\n",
                 f.links, f.wrong, f.gross, f.trusted, f.trusted_wrong, share(f.links_with_sight, f.links),
-                share(f.sights_linked, f.sights), kNear_m, share(f.near_sights_linked, f.near_sights));
+                share(f.sights_linked, f.sights), kNear_m, share(f.near_sights_linked, f.near_sights),
+                share(f.ruled_sights_linked, f.ruled_sights), f.ruled_sights_linked, f.ruled_sights);
     if (!f.chi2.empty()) {
         std::vector<double> sorted = f.chi2;
         std::sort(sorted.begin(), sorted.end());
@@ -312,6 +319,7 @@ void printPairs(const LinkedSet& set)
 void printWrong(const LinkedSet& set)
 {
     printWrongLengths(set);
+    printMissedSights(set);
     for (const auto& [pair, sight] : set.sights) {
         const RigidPose truth = LinkedSet::relative(set.truth, pair);
         const auto link = set.links.find(pair);

@@ -33,6 +33,7 @@ struct LinkFigures
     int panoramas = 0, placed = 0, groups = 0, sets = 0;
     int links = 0, wrong = 0, gross = 0, trusted = 0, trusted_wrong = 0;
     int links_with_sight = 0, sights = 0, sights_linked = 0, near_sights = 0, near_sights_linked = 0;
+    int ruled_sights = 0, ruled_sights_linked = 0; ///< that the rule of needless links leaves
     int measured = 0, measured_wrong = 0, measured_gross = 0, measured_trusted_wrong = 0;
     std::vector<std::pair<double, bool>> reliabilities; ///< of measured pairs, with whether they are right
     std::vector<double> chi2; ///< squared errors of right metric pairs in units of the graph's covariance
@@ -49,5 +50,6 @@ void printFigures(const std::string& name, const LinkFigures& figures);
 void printCalibration(const LinkFigures& figures);
 /// Errors of every right metric pair against its stated deviations.
 void printPairs(const LinkedSet& set);
-/// Every wrong link and every grossly wrong measured pair.
+/// Every wrong link and every grossly wrong measured pair, and the sight lines that are missing though no
+/// chain of links takes their place.
 void printWrong(const LinkedSet& set);

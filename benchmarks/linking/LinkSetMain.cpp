@@ -20,7 +20,7 @@ constexpr char kUsage[] =
     "recall curve, station errors, wrong links, links against sight lines, calibration of the reliability.\n"
     "  --pictures-alone  leave the ranges out\n"
     "  --half-ranged     leave them out of every second panorama\n"
-    "  --wrong           list every wrong link and measurement\n"
+    "  --wrong           list every wrong link and measurement, and the sight lines missed by no rule\n"
     "  --pairs           list the errors of right metric pairs beside what they state\n"
     "  --cache DIR       keep the panoramas' features there for the next run\n";
 

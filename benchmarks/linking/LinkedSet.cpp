@@ -8,6 +8,7 @@
 #include "benchmarks/linking/PanoramaCache.h"
 #include "nexomap/include/NexomapLib.h"
 #include "nexomap/src/interface/Library.h"
+#include "nexomap/src/links/SightLine.h"
 
 #include <nlohmann/json.hpp>
 
@@ -117,6 +118,24 @@ void readBack(Description& description)
     }
 }
 
+/// Asks again what the library asked itself when it chose its links.
+void judgeSightLines(Description& description)
+{
+    LinkedSet& set = description.set;
+    const Library& here = library();
+    const std::vector<Node>& nodes = here.model.nodes;
+    const auto look = [&](const Node& node) -> const Panorama& { return node.source->look(here.front_end); };
+    for (std::size_t k = 0; k < nodes.size(); ++k)
+        for (std::size_t l = k + 1; l < nodes.size(); ++l) {
+            const Pair pair =
+                ordered(description.index.at(nodes[k].name), description.index.at(nodes[l].name));
+            if (set.group[std::size_t(pair.first)] != set.group[std::size_t(pair.second)]) continue;
+            const Panorama &p = look(nodes[k]), &q = look(nodes[l]);
+            if (p.metric() && q.metric())
+                set.open[pair] = seeEachOther(p, nodes[k].pose, q, nodes[l].pose, nodes[k].up);
+        }
+}
+
 } // namespace
 
 std::optional<LinkedSet> linkSet(const std::string& folder, const LinkSetOptions& options)
@@ -143,6 +162,7 @@ std::optional<LinkedSet> linkSet(const std::string& folder, const LinkSetOptions
         return std::nullopt;
     }
     readBack(description);
+    judgeSightLines(description);
     for (const auto& [pair, pose] : set.measured)
         set.ranged = set.ranged || pose.metric;
     NexomapClean();

@@ -34,6 +34,7 @@ struct LinkedSet
     std::map<Pair, Sight> sights;                 ///< every pair
     std::map<Pair, nexomap::PairPose> measured;   ///< accepted pair by pair, before the graph
     std::map<Pair, Link> links;
+    std::map<Pair, bool> open; ///< of the ranged pairs in one group: whether the library finds a free line
     double add_seconds = 0.0, finish_seconds = 0.0;
 
     /// Pose of the second panorama in the first.

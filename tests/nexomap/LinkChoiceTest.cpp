@@ -3,6 +3,7 @@
 
 // Which pairs become links: sight lines, bridges, links added by the poses.
 
+#include "nexomap/src/model/LinkChoice.h"
 #include "nexomap/src/links/SightLine.h"
 #include "tests/nexomap/LibraryFixture.h"
 
@@ -178,6 +179,21 @@ TEST(SightLine, AWallBlocksAndADoorDoesNot)
     EXPECT_TRUE(see(0, 1));  // the same room
     EXPECT_TRUE(see(0, 2));  // through the door
     EXPECT_FALSE(see(1, 3)); // through the wall
+}
+
+TEST(LinkChoiceRule, OnlyALongLinkPastAStationOnTheWayIsNeedless)
+{
+    const std::vector<Eigen::Vector3d> stations = {{0, 0, 0}, {8, 0, 0}, {4, 0.5, 0}, {4, 3, 0}, {5, 0, 0}};
+    LinkedPairs linked(stations.size());
+    EXPECT_FALSE(isNeedless(stations, linked, 0, 1)) << "nothing is linked yet";
+    linked.add(0, 3), linked.add(3, 1);
+    EXPECT_FALSE(isNeedless(stations, linked, 0, 1)) << "37 degrees aside";
+    linked.add(0, 2);
+    EXPECT_FALSE(isNeedless(stations, linked, 0, 1)) << "linked to one end only";
+    linked.add(2, 1);
+    EXPECT_TRUE(isNeedless(stations, linked, 0, 1));
+    linked.add(2, 4);
+    EXPECT_FALSE(isNeedless(stations, linked, 0, 4)) << "5 m are near";
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include "nexomap/src/graph/GraphEdge.h"
 #include "nexomap/src/links/SightLine.h"
-#include "nexomap/src/model/LinkedPairs.h"
 #include "nexomap/src/model/Relocation.h"
 
 #include <algorithm>
@@ -30,22 +29,12 @@ double distance(const Model& model, int a, int b)
     return (model.nodes[a].pose.t - model.nodes[b].pose.t).norm();
 }
 
-/// Relative-neighbourhood rule: a station on the way, linked to both and nearer to both, makes the link
-/// needless.
-bool isNeedless(const Model& model, const LinkedPairs& linked, int a, int b)
+std::vector<Eigen::Vector3d> stationsOf(const Model& model)
 {
-    const double length = distance(model, a, b);
-    if (length <= kNeighbours_m) return false;
-    const auto sameWay = [&](int from, int to, int between) {
-        const Eigen::Vector3d u = model.nodes[to].pose.t - model.nodes[from].pose.t;
-        const Eigen::Vector3d v = model.nodes[between].pose.t - model.nodes[from].pose.t;
-        return std::atan2(u.cross(v).norm(), u.dot(v)) < kSameWay;
-    };
-    for (const int k : linked.of(a)) {
-        if (!linked.has(b, k)) continue;
-        if (std::max(distance(model, a, k), distance(model, b, k)) < length && sameWay(a, b, k)) return true;
-    }
-    return false;
+    std::vector<Eigen::Vector3d> stations;
+    for (const Node& node : model.nodes)
+        stations.push_back(node.pose.t);
+    return stations;
 }
 
 Edge edgeByPose(const Model& model, int a, int b)
@@ -117,6 +106,21 @@ void bridgeParts(Model& model, const Workplace& workplace)
 
 } // namespace
 
+bool isNeedless(const std::vector<Eigen::Vector3d>& stations, const LinkedPairs& linked, int a, int b)
+{
+    const auto at = [&](int k) { return stations[std::size_t(k)]; };
+    const double length = (at(a) - at(b)).norm();
+    if (length <= kNeighbours_m) return false;
+    const Eigen::Vector3d way = at(b) - at(a);
+    for (const int k : linked.of(a)) {
+        if (!linked.has(b, k)) continue;
+        const Eigen::Vector3d half = at(k) - at(a);
+        if (std::max(half.norm(), (at(b) - at(k)).norm()) >= length) continue;
+        if (std::atan2(way.cross(half).norm(), way.dot(half)) < kSameWay) return true;
+    }
+    return false;
+}
+
 void chooseLinks(Model& model, const Workplace& workplace)
 {
     std::vector<Edge*> by_length;
@@ -126,11 +130,12 @@ void chooseLinks(Model& model, const Workplace& workplace)
         return distance(model, p->node_0, p->node_1) < distance(model, q->node_0, q->node_1);
     });
     LinkedPairs linked(model);
+    const std::vector<Eigen::Vector3d> stations = stationsOf(model);
     for (Edge* edge : by_length) {
         const bool ranged = model.nodes[edge->node_0].source->look(workplace.front_end).metric() &&
                             model.nodes[edge->node_1].source->look(workplace.front_end).metric();
         edge->link = !ranged || (sightLine(model, workplace, edge->node_0, edge->node_1) &&
-                                 !isNeedless(model, linked, edge->node_0, edge->node_1));
+                                 !isNeedless(stations, linked, edge->node_0, edge->node_1));
         if (edge->link) linked.add(edge->node_0, edge->node_1);
     }
     bridgeParts(model, workplace);
@@ -142,6 +147,7 @@ void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m)
 {
     const std::vector<int> group = components(model, true);
     LinkedPairs linked(model);
+    const std::vector<Eigen::Vector3d> stations = stationsOf(model);
     std::vector<NodePair> pairs;
     for (int a = 0; a < int(model.nodes.size()); ++a)
         for (int b = a + 1; b < int(model.nodes.size()); ++b) {
@@ -152,7 +158,7 @@ void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m)
         return distance(model, p.first, p.second) < distance(model, q.first, q.second);
     });
     for (const auto& [a, b] : pairs) {
-        if (isNeedless(model, linked, a, b) || !sightLine(model, workplace, a, b)) continue;
+        if (isNeedless(stations, linked, a, b) || !sightLine(model, workplace, a, b)) continue;
         // A pair that was matched but not shown keeps its measurement: only pairs without one are made here.
         if (model.edgeBetween(a, b)) continue;
         model.edges.push_back(edgeByPose(model, a, b));

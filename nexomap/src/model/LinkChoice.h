@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "nexomap/src/model/Model.h"
+#include "nexomap/src/model/LinkedPairs.h"
 
 namespace nexomap {
 
@@ -18,6 +18,10 @@ void chooseLinks(Model& model, const Workplace& workplace);
 /// first; beyond 6 m only where no nearer station on the way makes them needless.
 /// @param farthest_m  how far apart they may stand
 void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m);
+
+/// Relative-neighbourhood rule (Toussaint 1980): beyond 6 m a station on the way, within 20 degrees from one
+/// end's view, linked to both ends and nearer to both, makes their link needless.
+bool isNeedless(const std::vector<Eigen::Vector3d>& stations, const LinkedPairs& linked, int a, int b);
 
 constexpr double kNeighbours_m = 6.0;    ///< nearer stations that see each other are always linked
 constexpr double kFarthestLink_m = 15.0; ///< no link by pose is longer

@@ -14,6 +14,10 @@ class LinkedPairs
 {
 public:
     explicit LinkedPairs(const Model& model);
+    /// None yet.
+    explicit LinkedPairs(std::size_t nodes)
+        : m_at(nodes)
+    {}
     void add(int a, int b);
     bool has(int a, int b) const { return m_at[std::size_t(a)].count(b) > 0; }
     const std::set<int>& of(int node) const { return m_at[std::size_t(node)]; }
