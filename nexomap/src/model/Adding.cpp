@@ -6,6 +6,7 @@
 #include "nexomap/src/files/MatchPicture.h"
 #include "nexomap/src/graph/GraphEdge.h"
 #include "nexomap/src/model/Growth.h"
+#include "nexomap/src/model/LengthTransfer.h"
 #include "nexomap/src/model/LinkChoice.h"
 #include "nexomap/src/model/MatchFiles.h"
 #include "nexomap/src/model/Names.h"
@@ -160,6 +161,7 @@ void finishAdding(Model& model, const Workplace& workplace)
     model.adding = false;
     solveAndCompleteComparisons(model, workplace);
     joinByShape(model, workplace);
+    if (transferLengths(model, workplace)) solveAfterAdding(model);
     chooseLinks(model, workplace);
     relocate(model);
     // A room without texture matches badly, but whoever stands beside another sees it all the same.

@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// What ties the lengths of edges to each other.
+#include "nexomap/src/graph/LengthTies.h"
+
+#include "nexomap/src/graph/NormalEquations.h"
+#include "nexomap/src/graph/ScaleRecovery.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <map>
+
+namespace nexomap {
+namespace {
+
+constexpr std::size_t kFewestShared = 4;
+constexpr std::size_t kFewestPooled = 3;
+constexpr double kWidestSpread = 0.5;
+constexpr double kHeightSpread = 0.04; // of the stations' heights above the floor, as a share
+
+using BearingKey = std::array<std::uint32_t, 3>;
+
+BearingKey keyOf(const Eigen::Vector3f& v)
+{
+    BearingKey key;
+    std::memcpy(key.data(), v.data(), sizeof key);
+    return key;
+}
+
+Eigen::Vector2d depthsOf(const PairPose& pose, const PairInlier& inlier)
+{
+    return rayDepths(inlier.bearing_0.cast<double>(), inlier.bearing_1.cast<double>(), pose.R_0_from_1,
+                     pose.t_0_from_1);
+}
+
+/// log(depth) of every feature of an edge at one of its ends, for a translation of length 1.
+std::map<BearingKey, double> logDepths(const GraphEdge& edge, bool at_i)
+{
+    std::map<BearingKey, double> depths;
+    const PairPose& pose = *edge.pose;
+    for (const PairInlier& inlier : pose.inliers) {
+        const Eigen::Vector2d d = depthsOf(pose, inlier);
+        const double depth = at_i ? d[0] : d[1];
+        if (depth > 0.0) depths[keyOf(at_i ? inlier.bearing_0 : inlier.bearing_1)] = std::log(depth);
+    }
+    return depths;
+}
+
+/// What a feature that two edges share says of their lengths, and how high it stands.
+struct Shared
+{
+    double difference, height; ///< log(length of a) - log(length of b); sine of its elevation
+};
+
+std::vector<Shared> sharedFeatures(const std::map<BearingKey, double>& a,
+                                   const std::map<BearingKey, double>& b)
+{
+    std::vector<Shared> shared;
+    for (const auto& [key, depth] : a) {
+        const auto other = b.find(key);
+        if (other == b.end()) continue;
+        float height = 0.f;
+        std::memcpy(&height, &key[2], sizeof height);
+        shared.push_back({other->second - depth, double(height)});
+    }
+    return shared;
+}
+
+/// The middle of several opinions on one difference; false when they are few, or disagree.
+bool agree(const std::vector<Shared>& shared, double* difference, double* weight)
+{
+    if (shared.size() < kFewestShared) return false;
+    std::vector<double> values, deviations;
+    for (const Shared& s : shared)
+        values.push_back(s.difference);
+    *difference = median(values);
+    for (const double d : values)
+        deviations.push_back(std::abs(d - *difference));
+    const double spread = 1.48 * median(deviations) + 0.01;
+    if (spread > kWidestSpread) return false;
+    *weight = std::sqrt(double(shared.size())) / spread;
+    return true;
+}
+
+bool lengthUnknown(const GraphEdge& edge, char kept)
+{
+    return kept && !edge.pose->metric && !edge.pose->rotation_only;
+}
+
+std::vector<Tie> rangeTies(const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+{
+    std::vector<Tie> ties;
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        if (!lengthUnknown(edges[e], kept[e])) continue;
+        std::vector<double> ranges;
+        for (const PairInlier& inlier : edges[e].pose->inliers) {
+            const Eigen::Vector2d d = depthsOf(*edges[e].pose, inlier);
+            if (d[0] > 0 && inlier.range_0_m > 0) ranges.push_back(std::log(inlier.range_0_m / d[0]));
+            if (d[1] > 0 && inlier.range_1_m > 0) ranges.push_back(std::log(inlier.range_1_m / d[1]));
+        }
+        if (ranges.size() >= kFewestShared)
+            ties.push_back({int(e), -1, median(ranges), std::sqrt(double(ranges.size())) / 0.05});
+    }
+    return ties;
+}
+
+/// Two edges that share a few features at a panorama, fewer than would tie them alone.
+struct Sparse
+{
+    int a, b;
+    std::vector<Shared> shared;
+};
+
+/// The middle of what few features say: three that agree closely, most of all, and do not stand on one level
+/// line. What stands as high as the cameras lies on the epipolar planes of all of them, where anything fits.
+bool fewAgree(const std::vector<Shared>& opinions, double* difference, double* weight)
+{
+    constexpr double kClosely = 0.06;
+    constexpr double kLevel = 0.05; // sines of elevations
+    std::vector<double> all;
+    for (const Shared& s : opinions)
+        all.push_back(s.difference);
+    if (all.size() < kFewestPooled) return false;
+    const double middle = median(all);
+    std::vector<double> close, heights;
+    for (const Shared& s : opinions) {
+        if (std::abs(s.difference - middle) > kClosely) continue;
+        close.push_back(s.difference);
+        heights.push_back(s.height);
+    }
+    if (close.size() < kFewestPooled || 3 * close.size() < 2 * all.size()) return false;
+    const auto [lowest, highest] = std::minmax_element(heights.begin(), heights.end());
+    if (*highest - *lowest < kLevel) return false;
+    *difference = median(close);
+    *weight = std::sqrt(double(close.size())) / kClosely;
+    return true;
+}
+
+/// Ties two sets of edges by what all their edges share together.
+/// @return false when nothing is left to tie
+bool poolSparse(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                const std::vector<Sparse>& sparse, std::vector<Tie>& ties)
+{
+    if (sparse.empty()) return false;
+    int count = 0;
+    const std::vector<int> set = tiedSets(edges, kept, ties, &count);
+    std::map<std::pair<int, int>, std::vector<const Sparse*>> between;
+    for (const Sparse& s : sparse)
+        if (set[s.a] != set[s.b]) between[std::minmax(set[s.a], set[s.b])].push_back(&s);
+    if (between.empty()) return false;
+    const Eigen::VectorXd x = solveTies(int(edges.size()), ties);
+    for (const auto& [sets, pairs] : between) {
+        const Sparse& first = *pairs.front();
+        // As the first pair of edges would see it, the other pairs' lengths being known within their sets.
+        std::vector<Shared> opinions;
+        for (const Sparse* s : pairs) {
+            const bool along = set[s->a] == set[first.a];
+            const int like_a = along ? s->a : s->b, like_b = along ? s->b : s->a;
+            const double within = x[first.a] - x[like_a] + x[like_b] - x[first.b];
+            for (const Shared& one : s->shared)
+                opinions.push_back({(along ? one.difference : -one.difference) + within, one.height});
+        }
+        double difference = 0, weight = 0;
+        if (!fewAgree(opinions, &difference, &weight)) continue;
+        ties.push_back({first.a, first.b, difference, weight});
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+double median(std::vector<double>& values)
+{
+    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+    return values[values.size() / 2];
+}
+
+double floorDrop(std::vector<double>& drops)
+{
+    constexpr double kWindow = 1.03;
+    std::sort(drops.begin(), drops.end());
+    const auto within = [&](double from, double to) {
+        return double(std::upper_bound(drops.begin(), drops.end(), to) -
+                      std::lower_bound(drops.begin(), drops.end(), from));
+    };
+    double best = 0.0, floor = 0.0;
+    for (std::size_t a = 0; a < drops.size(); ++a) {
+        if (drops[a] <= 0.0) continue;
+        const double count = within(drops[a], drops[a] * kWindow);
+        const double deeper = within(drops[a] * kWindow, 1e300);
+        const double about = within(drops[a] / 1.2, drops[a] * 1.2) - count;
+        const bool stands_out = count >= 4.0 + 3.0 * about * (kWindow - 1.0) / 0.37;
+        if (count <= best || !stands_out || deeper > std::max(2.0, 0.1 * double(drops.size()))) continue;
+        best = count;
+        floor = drops[a + std::size_t(count) / 2];
+    }
+    return floor;
+}
+
+std::optional<double> logLengthRatio(const GraphEdge& a, const GraphEdge& b, int node, double* spread)
+{
+    const std::vector<Shared> shared = sharedFeatures(logDepths(a, a.i == node), logDepths(b, b.i == node));
+    double difference = 0.0, weight = 0.0;
+    if (!agree(shared, &difference, &weight)) return std::nullopt;
+    *spread = std::sqrt(double(shared.size())) / weight;
+    return difference + std::log(a.pose->t_0_from_1.norm() / b.pose->t_0_from_1.norm());
+}
+
+std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+{
+    std::vector<Tie> ties = rangeTies(edges, kept);
+    std::vector<std::vector<std::pair<int, std::map<BearingKey, double>>>> at(nodes);
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        if (!lengthUnknown(edges[e], kept[e])) continue;
+        at[edges[e].i].emplace_back(int(e), logDepths(edges[e], true));
+        at[edges[e].j].emplace_back(int(e), logDepths(edges[e], false));
+    }
+    std::vector<Sparse> sparse;
+    for (const auto& here : at)
+        for (std::size_t a = 0; a < here.size(); ++a)
+            for (std::size_t b = a + 1; b < here.size(); ++b) {
+                std::vector<Shared> shared = sharedFeatures(here[a].second, here[b].second);
+                double difference = 0, weight = 0;
+                if (agree(shared, &difference, &weight))
+                    ties.push_back({here[a].first, here[b].first, difference, weight});
+                else if (!shared.empty() && shared.size() < kFewestShared)
+                    sparse.push_back({here[a].first, here[b].first, std::move(shared)});
+            }
+    while (poolSparse(edges, kept, sparse, ties))
+        continue;
+    return ties;
+}
+
+std::vector<Tie> floorTies(const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+{
+    std::vector<Tie> ties;
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        if (!lengthUnknown(edges[e], kept[e])) continue;
+        const PairPose& pose = *edges[e].pose;
+        std::vector<double> drops;
+        for (const PairInlier& inlier : pose.inliers) {
+            const Eigen::Vector2d d = depthsOf(pose, inlier);
+            drops.push_back(-d[0] * inlier.bearing_0.z());
+            drops.push_back(-d[1] * inlier.bearing_1.z());
+        }
+        if (const double drop = floorDrop(drops); drop > 0.0)
+            ties.push_back({int(e), int(edges.size()), -std::log(drop), 1.0 / kHeightSpread});
+    }
+    return ties;
+}
+
+Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties)
+{
+    const int unknowns = edges + 1;
+    Eigen::VectorXd x = Eigen::VectorXd::Zero(unknowns);
+    for (int round = 0; round < 15; ++round) {
+        NormalEquations normal(unknowns, 1e-6);
+        for (const Tie& tie : ties) {
+            const double r = x[tie.a] - (tie.b < 0 ? 0.0 : x[tie.b]) - tie.difference;
+            const double w = tie.weight / (round == 0 ? 1.0 : std::max(0.01, std::abs(r)));
+            normal.add(tie.a, tie.a, w);
+            normal.right(tie.a) += w * tie.difference;
+            if (tie.b < 0) continue;
+            normal.add(tie.b, tie.b, w);
+            normal.add(tie.a, tie.b, -w);
+            normal.right(tie.b) -= w * tie.difference;
+        }
+        const Eigen::VectorXd solved = normal.solve();
+        if (solved.size() == 0) break;
+        x = solved;
+    }
+    return x;
+}
+
+std::vector<int> tiedSets(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                          const std::vector<Tie>& ties, int* count)
+{
+    const int metre = int(edges.size()) + 1;
+    std::vector<int> parent(edges.size() + 2);
+    for (std::size_t k = 0; k < parent.size(); ++k)
+        parent[k] = int(k);
+    const auto root = [&](int k) {
+        while (parent[k] != k)
+            k = parent[k] = parent[parent[k]];
+        return k;
+    };
+    for (const Tie& tie : ties)
+        parent[root(tie.a)] = root(tie.b < 0 ? metre : tie.b);
+    std::vector<int> set(edges.size(), -1);
+    std::map<int, int> numbers{{root(metre), 0}};
+    for (std::size_t e = 0; e < edges.size(); ++e)
+        if (kept[e] && !edges[e].pose->metric && !edges[e].pose->rotation_only)
+            set[e] = numbers.emplace(root(int(e)), int(numbers.size())).first->second;
+    *count = int(numbers.size());
+    return set;
+}
+
+} // namespace nexomap

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/graph/GraphEdge.h"
+
+namespace nexomap {
+
+/// log(scale_a) - log(scale_b) = difference, or log(scale_a) = difference when b is negative. The number of
+/// edges stands for the stations' common height above the floor.
+struct Tie
+{
+    int a, b;
+    double difference, weight;
+};
+
+/// What ties edges without scale by single points: features that two edges see at a panorama they share (four
+/// of one pair of edges, or of two sets of edges that are tied already), and ranges of features.
+std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
+
+/// What ties them by all stations' common height above the floor.
+std::vector<Tie> floorTies(const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
+
+/// Log lengths of the edges, the last one the log of the height above the floor: least absolute deviations of
+/// the ties by reweighting. What nothing ties stays at length 1.
+Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties);
+
+/// Edges that ties join, numbered; -1 for metric edges, 0 for what is tied to the metre.
+/// @param count  written: sets, the metre's included
+std::vector<int> tiedSets(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                          const std::vector<Tie>& ties, int* count);
+
+/// How far below the stations the floor lies, by the heights of triangulated points: the fullest narrow level
+/// that little lies below and that stands out from its surroundings; 0 without one.
+/// @param drops  metres or units below a station; reordered
+double floorDrop(std::vector<double>& drops);
+
+/// The upper middle; reorders the values, of which there must be one.
+double median(std::vector<double>& values);
+
+} // namespace nexomap
