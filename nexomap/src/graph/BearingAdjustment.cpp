@@ -94,13 +94,14 @@ bool triangulate(const Track& track, const std::vector<Pose>& poses, Eigen::Vect
     return true;
 }
 
-/// Chordal distance between a bearing and the direction of the point; a range where there is one.
+/// Chordal distance between a bearing and the direction of the point. Three rows and no more where there is
+/// no range: the solver has a faster elimination for blocks that are all of three.
 struct BearingResidual
 {
     Observation observation;
 
     template <class T>
-    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    T compare(const T* quaternion, const T* centre, const T* point, T* residual) const
     {
         const Eigen::Map<const Eigen::Quaternion<T>> q(quaternion);
         const Eigen::Matrix<T, 3, 1> ray(point[0] - centre[0], point[1] - centre[1], point[2] - centre[2]);
@@ -108,12 +109,35 @@ struct BearingResidual
         const T length = local.norm() + T(1e-12);
         for (int k = 0; k < 3; ++k)
             residual[k] = (local[k] / length - T(observation.bearing[k])) / T(kBearingSigma);
-        residual[3] = observation.range_m > 0
-                          ? (length - T(observation.range_m)) / T(kRangeSigma_m + 0.01 * observation.range_m)
-                          : T(0);
+        return length;
+    }
+    template <class T>
+    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    {
+        compare(quaternion, centre, point, residual);
         return true;
     }
 };
+
+/// The same with the point's distance.
+struct RangedBearingResidual : BearingResidual
+{
+    template <class T>
+    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    {
+        const T length = compare(quaternion, centre, point, residual);
+        residual[3] = (length - T(observation.range_m)) / T(kRangeSigma_m + 0.01 * observation.range_m);
+        return true;
+    }
+};
+
+ceres::CostFunction* costOf(const Observation& observation)
+{
+    if (observation.range_m > 0)
+        return new ceres::AutoDiffCostFunction<RangedBearingResidual, 4, 4, 3, 3>(
+            new RangedBearingResidual{{observation}});
+    return new ceres::AutoDiffCostFunction<BearingResidual, 3, 4, 3, 3>(new BearingResidual{observation});
+}
 
 struct TiltResidual
 {
@@ -129,8 +153,8 @@ struct TiltResidual
     }
 };
 
-/// Keeps a pair's distance about where it was: parts that share no feature with the rest could else shrink or
-/// grow freely.
+/// Keeps a pair's distance about where it was: parts that share no feature with the rest, and the whole where
+/// no range tells its size, could else shrink or grow freely.
 struct LengthResidual
 {
     double length;
@@ -145,25 +169,19 @@ struct LengthResidual
     }
 };
 
-/// Keeps a component's size where nothing measures it: the sum of its stations' distances from the first.
-struct SizeResidual
+/// Points first: none touches another, and what is left couples stations that share features only.
+std::shared_ptr<ceres::ParameterBlockOrdering> eliminationOrder(const ceres::Problem& problem,
+                                                                std::vector<Eigen::Vector3d>& points)
 {
-    int stations;
-    double size;
-    template <class T>
-    bool operator()(T const* const* centres, T* residual) const
-    {
-        T sum(0);
-        for (int k = 1; k < stations; ++k) {
-            T d2(1e-12);
-            for (int c = 0; c < 3; ++c)
-                d2 += (centres[k][c] - centres[0][c]) * (centres[k][c] - centres[0][c]);
-            sum += sqrt(d2);
-        }
-        residual[0] = (sum / T(size) - T(1)) * T(1e4);
-        return true;
-    }
-};
+    auto order = std::make_shared<ceres::ParameterBlockOrdering>();
+    std::vector<double*> blocks;
+    problem.GetParameterBlocks(&blocks);
+    for (double* block : blocks)
+        order->AddElementToGroup(block, 1);
+    for (Eigen::Vector3d& point : points)
+        order->AddElementToGroup(point.data(), 0);
+    return order;
+}
 
 } // namespace
 
@@ -186,13 +204,12 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
     }
     std::vector<Track> tracks;
     std::vector<Eigen::Vector3d> points;
-    std::vector<char> ranged(component.size(), 0), used(nodes, 0);
+    std::vector<char> used(nodes, 0);
     for (Track& track : tracksOf(edges, chosen)) {
         Eigen::Vector3d point;
         if (!triangulate(track, poses, &point)) continue;
         for (const Observation& o : track) {
             used[o.node] = 1;
-            ranged[component[o.node]] |= o.range_m > 0;
         }
         tracks.push_back(std::move(track));
         points.push_back(point);
@@ -202,14 +219,12 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
     ceres::Problem problem;
     for (std::size_t k = 0; k < tracks.size(); ++k)
         for (const Observation& o : tracks[k])
-            problem.AddResidualBlock(
-                new ceres::AutoDiffCostFunction<BearingResidual, 4, 4, 3, 3>(new BearingResidual{o}),
-                new ceres::CauchyLoss(2.0), rotations[o.node].coeffs().data(), centres[o.node].data(),
-                points[k].data());
-    std::map<int, std::vector<int>> members;
+            problem.AddResidualBlock(costOf(o), new ceres::CauchyLoss(2.0), rotations[o.node].coeffs().data(),
+                                     centres[o.node].data(), points[k].data());
+    std::map<int, int> members; // of each component the first
     for (int n = 0; n < nodes; ++n) {
         if (!used[n]) continue;
-        members[component[n]].push_back(n);
+        members.emplace(component[n], n);
         problem.SetManifold(rotations[n].coeffs().data(), new ceres::EigenQuaternionManifold);
         // The prior counts like a few features only, so that it settles the vertical without bending the
         // poses.
@@ -225,27 +240,14 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
             new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(new LengthResidual{length}), nullptr,
             centres[i].data(), centres[j].data());
     }
-    for (const auto& [group, nodes_here] : members) {
-        problem.SetParameterBlockConstant(centres[nodes_here.front()].data());
-        if (ranged[group] || nodes_here.size() < 2) continue;
-        double size = 0.0;
-        std::vector<double*> blocks;
-        for (const int n : nodes_here) {
-            size += (centres[n] - centres[nodes_here.front()]).norm();
-            blocks.push_back(centres[n].data());
-        }
-        if (size < 1e-9) continue;
-        auto* sized = new ceres::DynamicAutoDiffCostFunction<SizeResidual>(
-            new SizeResidual{int(nodes_here.size()), size});
-        for (std::size_t k = 0; k < nodes_here.size(); ++k)
-            sized->AddParameterBlock(3);
-        sized->SetNumResiduals(1);
-        problem.AddResidualBlock(sized, nullptr, blocks);
-    }
+    for (const auto& [group, first] : members)
+        problem.SetParameterBlockConstant(centres[first].data());
     ceres::Solver::Options options;
     options.linear_solver_type = ceres::SPARSE_SCHUR;
+    options.linear_solver_ordering = eliminationOrder(problem, points);
     options.num_threads = 1;
     options.max_num_iterations = 50;
+    options.function_tolerance = 1e-5; // what is left moves no pose by a tenth of its deviation
     options.logging_type = ceres::SILENT;
     ceres::Solver::Summary summary;
     ceres::Solve(options, &problem, &summary);
