@@ -5,6 +5,7 @@
 #include "nexomap/src/pair/GuidedMatching.h"
 #include "nexomap/src/pair/MetricRansac.h"
 #include "nexomap/src/pair/MetricRefinement.h"
+#include "nexomap/src/pair/PairSolver.h"
 #include "nexomap/src/pair/PairSteps.h"
 #include "nexomap/src/pair/Sphere.h"
 
@@ -30,6 +31,18 @@ RefinedPose refineBoth(const Panorama& p0, const Panorama& p1, const std::vector
         *inliers = aligned_inliers;
     }
     return refined;
+}
+
+/// Refines a pose that is believed with all that the range maps hold, unless these pull away from the
+/// matches.
+RefinedPose refineFurther(const Panorama& p0, const Panorama& p1, const std::vector<Correspondence>& matches,
+                          const RefinedPose& start, std::vector<int>* inliers)
+{
+    const RefinedPose fine = refineDensely(matches, *inliers, start.pose, p0.range, p1.range);
+    const auto fine_inliers = rangedInliers(matches, fine.pose, 1.0);
+    if (fine.surface_pairs == 0 || fine_inliers.size() * 10 < inliers->size() * 9) return start;
+    *inliers = fine_inliers;
+    return fine;
 }
 
 /// What guided matching finds for poses that are certainly wrong, on average.
@@ -81,11 +94,12 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
     evidence->ranges = checkRanges(p0.range, p1.range, refined.pose);
 
     PairPose pose;
+    pose.reliability = metricReliability(*evidence);
+    if (pose.reliability >= kMinReliability) refined = refineFurther(p0, p1, matches, refined, &inliers);
     pose.R_0_from_1 = refined.pose.R;
     pose.t_0_from_1 = refined.pose.t;
     pose.metric = true;
     pose.information = refined.information * kInformationShare;
-    pose.reliability = metricReliability(*evidence);
     pose.inliers = pairInliers(matches, inliers);
     return pose;
 }

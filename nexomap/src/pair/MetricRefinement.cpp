@@ -20,8 +20,19 @@ constexpr double kBearingSigma = 0.03 * kDegree;
 constexpr double kTiltSigma = 0.7 * kDegree; // of one panorama against the other: half a degree each
 constexpr double kCauchy = 2.0;              // whitened
 constexpr double kPlaneSigma_m = 0.010;
-constexpr double kPlanePairs = 250.0; // neighbouring samples err together: all of them count as so many
-constexpr int kIterations = 12;
+constexpr int kDenseSamples = 12000; // a map
+constexpr double kWideGate_m = 0.15, kGate_m = 0.05;
+
+/// How a refinement goes.
+struct Schedule
+{
+    int iterations = 12;
+    int wide = 3;               ///< of them, those in which surfaces may still be far apart
+    double plane_pairs = 250.0; ///< neighbouring samples err together: all of them count as so many
+};
+/// From a pose that is right to a few millimetres. The noise of range samples is hardly shared by samples two
+/// degrees apart: so many more of them count so much more.
+constexpr Schedule kDense{4, 0, 4000.0};
 
 struct Normal
 {
@@ -101,10 +112,10 @@ void addSurfaces(const std::vector<SurfaceSample>& samples, const RangeMap& map,
     }
 }
 
-int addSurfaceTerms(const std::vector<std::pair<double, Vector6d>>& rows, Normal* normal)
+int addSurfaceTerms(const std::vector<std::pair<double, Vector6d>>& rows, double plane_pairs, Normal* normal)
 {
     if (rows.size() < 50) return 0;
-    const double weight = std::min(1.0, kPlanePairs / double(rows.size())) / (kPlaneSigma_m * kPlaneSigma_m);
+    const double weight = std::min(1.0, plane_pairs / double(rows.size())) / (kPlaneSigma_m * kPlaneSigma_m);
     for (const auto& [distance, jacobian] : rows) {
         const double loss = cauchyWeight(distance * distance / (kPlaneSigma_m * kPlaneSigma_m));
         normal->matrix += weight * loss * jacobian * jacobian.transpose();
@@ -121,27 +132,25 @@ void addTiltPrior(const RigidPose& pose, Normal* normal)
     normal->add(residual, jacobian, 1.0 / (kTiltSigma * kTiltSigma));
 }
 
-} // namespace
-
-RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
-                             const RigidPose& start, const RangeMap* map_0, const RangeMap* map_1,
-                             const std::vector<SurfaceSample>* surfaces_0,
-                             const std::vector<SurfaceSample>* surfaces_1)
+RefinedPose refine(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                   const RigidPose& start, const Schedule& schedule, const RangeMap* map_0,
+                   const RangeMap* map_1, const std::vector<SurfaceSample>* surfaces_0,
+                   const std::vector<SurfaceSample>* surfaces_1)
 {
     RefinedPose refined;
     refined.pose = start;
-    for (int iteration = 0; iteration < kIterations; ++iteration) {
+    for (int iteration = 0; iteration < schedule.iterations; ++iteration) {
         Normal normal;
         double squares = 0.0;
         for (const int i : inliers)
             squares += addPointPair(matches[i], refined.pose, &normal);
         refined.rms = inliers.empty() ? 0.0 : std::sqrt(squares / (3.0 * double(inliers.size())));
         if (surfaces_0 && surfaces_1) {
-            const double gate_m = iteration < 3 ? 0.15 : 0.05;
+            const double gate_m = iteration < schedule.wide ? kWideGate_m : kGate_m;
             std::vector<std::pair<double, Vector6d>> rows;
             addSurfaces(*surfaces_1, *map_0, refined.pose, false, gate_m, &rows);
             addSurfaces(*surfaces_0, *map_1, refined.pose, true, gate_m, &rows);
-            refined.surface_pairs = addSurfaceTerms(rows, &normal);
+            refined.surface_pairs = addSurfaceTerms(rows, schedule.plane_pairs, &normal);
         }
         refined.information = normal.matrix;
         addTiltPrior(refined.pose, &normal);
@@ -152,6 +161,24 @@ RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const s
         if (iteration > 4 && step.norm() < 1e-7) break;
     }
     return refined;
+}
+
+} // namespace
+
+RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                             const RigidPose& start, const RangeMap* map_0, const RangeMap* map_1,
+                             const std::vector<SurfaceSample>* surfaces_0,
+                             const std::vector<SurfaceSample>* surfaces_1)
+{
+    return refine(matches, inliers, start, {}, map_0, map_1, surfaces_0, surfaces_1);
+}
+
+RefinedPose refineDensely(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                          const RigidPose& start, const RangeMap& map_0, const RangeMap& map_1)
+{
+    const auto surfaces_0 = sampleSurfaces(map_0, kDenseSamples),
+               surfaces_1 = sampleSurfaces(map_1, kDenseSamples);
+    return refine(matches, inliers, start, kDense, &map_0, &map_1, &surfaces_0, &surfaces_1);
 }
 
 } // namespace nexomap

@@ -29,4 +29,9 @@ RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const s
                              const std::vector<SurfaceSample>* surfaces_0,
                              const std::vector<SurfaceSample>* surfaces_1);
 
+/// The last millimetre of a pose that is known to be right: four times as many surface samples, which count
+/// far more beside the matches. Costs about 30 ms.
+RefinedPose refineDensely(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
+                          const RigidPose& start, const RangeMap& map_0, const RangeMap& map_1);
+
 } // namespace nexomap
