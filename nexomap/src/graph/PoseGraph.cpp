@@ -7,6 +7,7 @@
 #include "nexomap/src/graph/CyclePruning.h"
 #include "nexomap/src/graph/GraphOptimizer.h"
 #include "nexomap/src/graph/GroupLayout.h"
+#include "nexomap/src/graph/JointRefinement.h"
 #include "nexomap/src/graph/ScaleRecovery.h"
 
 #include <algorithm>
@@ -124,7 +125,13 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
         optimizePoses(edges, information, used, solution.component, options, solution.poses);
     }
     if (hasScaleless(measured, solution.kept)) {
-        adjustBearings(measured, solution.kept, solution.component, options.tilt_sigma_rad, solution.poses);
+        const std::vector<char> mixed = mixedComponents(measured, solution.kept, solution.component);
+        std::vector<char> bare = solution.kept;
+        for (std::size_t e = 0; e < measured.size(); ++e)
+            bare[e] = solution.kept[e] && !mixed[solution.component[measured[e].i]];
+        adjustBearings(measured, bare, solution.component, options.tilt_sigma_rad, solution.poses);
+        refineJointly(measured, information, solution.kept, solution.component, options.tilt_sigma_rad,
+                      solution.poses);
         rescaleGroups(measured, solution.kept, solution.component, solution.poses);
     }
     layOutGroups(solution.component, solution.poses, solution.up);

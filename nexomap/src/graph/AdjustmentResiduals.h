@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/graph/FeatureTracks.h"
+
+#include <ceres/ceres.h>
+#include <Eigen/Geometry>
+
+#include <memory>
+
+namespace nexomap {
+
+constexpr double kViewSigma = 0.06 * kDegree; // of a bearing
+constexpr double kViewCauchy = 2.0;           // whitened
+constexpr double kViewRangeSigma_m = 0.02;    // and a hundredth of the range
+
+/// Chordal distance between a bearing and the direction of the point. Three rows and no more where there is
+/// no range: the solver has a faster elimination for blocks that are all of three.
+struct ViewResidual
+{
+    TrackView view;
+
+    template <class T>
+    T compare(const T* quaternion, const T* centre, const T* point, T* residual) const
+    {
+        const Eigen::Map<const Eigen::Quaternion<T>> q(quaternion);
+        const Eigen::Matrix<T, 3, 1> ray(point[0] - centre[0], point[1] - centre[1], point[2] - centre[2]);
+        const Eigen::Matrix<T, 3, 1> local = q.conjugate() * ray;
+        const T length = local.norm() + T(1e-12);
+        for (int k = 0; k < 3; ++k)
+            residual[k] = (local[k] / length - T(view.bearing[k])) / T(kViewSigma);
+        return length;
+    }
+    template <class T>
+    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    {
+        compare(quaternion, centre, point, residual);
+        return true;
+    }
+};
+
+/// The same with the point's distance.
+struct RangedViewResidual : ViewResidual
+{
+    template <class T>
+    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    {
+        const T length = compare(quaternion, centre, point, residual);
+        residual[3] = (length - T(view.range_m)) / T(kViewRangeSigma_m + 0.01 * view.range_m);
+        return true;
+    }
+};
+
+/// Of a view, by the panorama's quaternion and centre and the point.
+inline ceres::CostFunction* viewCost(const TrackView& view)
+{
+    if (view.range_m > 0)
+        return new ceres::AutoDiffCostFunction<RangedViewResidual, 4, 4, 3, 3>(
+            new RangedViewResidual{{view}});
+    return new ceres::AutoDiffCostFunction<ViewResidual, 3, 4, 3, 3>(new ViewResidual{view});
+}
+
+/// The panorama's vertical against the world's.
+struct TiltResidual
+{
+    double sigma; ///< radians
+    template <class T>
+    bool operator()(const T* quaternion, T* residual) const
+    {
+        const Eigen::Map<const Eigen::Quaternion<T>> q(quaternion);
+        const Eigen::Matrix<T, 3, 1> up = q * Eigen::Matrix<T, 3, 1>(T(0), T(0), T(1));
+        residual[0] = up[0] / T(sigma);
+        residual[1] = up[1] / T(sigma);
+        return true;
+    }
+};
+
+/// Keeps a pair's distance about where it was, within 3 %: parts that share no feature with the rest, and the
+/// whole where no range tells its size, could else shrink or grow freely.
+struct LengthResidual
+{
+    double length;
+    template <class T>
+    bool operator()(const T* centre_i, const T* centre_j, T* residual) const
+    {
+        T d2(1e-12);
+        for (int k = 0; k < 3; ++k)
+            d2 += (centre_i[k] - centre_j[k]) * (centre_i[k] - centre_j[k]);
+        residual[0] = (sqrt(d2) / T(length) - T(1)) / T(0.03);
+        return true;
+    }
+};
+
+/// Points first: none touches another, and what is left couples stations that share features only.
+inline std::shared_ptr<ceres::ParameterBlockOrdering> pointsFirst(const ceres::Problem& problem,
+                                                                  std::vector<Eigen::Vector3d>& points)
+{
+    auto order = std::make_shared<ceres::ParameterBlockOrdering>();
+    std::vector<double*> blocks;
+    problem.GetParameterBlocks(&blocks);
+    for (double* block : blocks)
+        order->AddElementToGroup(block, 1);
+    for (Eigen::Vector3d& point : points)
+        order->AddElementToGroup(point.data(), 0);
+    return order;
+}
+
+} // namespace nexomap
