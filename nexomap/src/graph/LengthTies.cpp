@@ -20,6 +20,8 @@ constexpr std::size_t kFewestShared = 4;
 constexpr std::size_t kFewestPooled = 3;
 constexpr double kWidestSpread = 0.5;
 constexpr double kHeightSpread = 0.04; // of the stations' heights above the floor, as a share
+constexpr double kFloorSpread = 0.01;  // of one station's, as one edge sees it
+constexpr double kFloorBand = 0.08;
 
 using BearingKey = std::array<std::uint32_t, 3>;
 
@@ -141,17 +143,17 @@ bool fewAgree(const std::vector<Shared>& opinions, double* difference, double* w
 
 /// Ties two sets of edges by what all their edges share together.
 /// @return false when nothing is left to tie
-bool poolSparse(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+bool poolSparse(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
                 const std::vector<Sparse>& sparse, std::vector<Tie>& ties)
 {
     if (sparse.empty()) return false;
     int count = 0;
-    const std::vector<int> set = tiedSets(edges, kept, ties, &count);
+    const std::vector<int> set = tiedSets(nodes, edges, kept, ties, &count);
     std::map<std::pair<int, int>, std::vector<const Sparse*>> between;
     for (const Sparse& s : sparse)
         if (set[s.a] != set[s.b]) between[std::minmax(set[s.a], set[s.b])].push_back(&s);
     if (between.empty()) return false;
-    const Eigen::VectorXd x = solveTies(int(edges.size()), ties);
+    const Eigen::VectorXd x = solveTies({int(edges.size()), nodes}, ties);
     for (const auto& [sets, pairs] : between) {
         const Sparse& first = *pairs.front();
         // As the first pair of edges would see it, the other pairs' lengths being known within their sets.
@@ -194,7 +196,9 @@ double floorDrop(std::vector<double>& drops)
         const double deeper = within(drops[a] * kWindow, 1e300);
         const double about = within(drops[a] / 1.2, drops[a] * 1.2) - count;
         const bool stands_out = count >= 4.0 + 3.0 * about * (kWindow - 1.0) / 0.37;
-        if (count <= best || !stands_out || deeper > std::max(2.0, 0.1 * double(drops.size()))) continue;
+        // A table's top has more of the room below it than a floor has of noise.
+        const double stray = std::max(2.0, std::min(0.1 * double(drops.size()), 0.5 * count));
+        if (count <= best || !stands_out || deeper > stray) continue;
         best = count;
         floor = drops[a + std::size_t(count) / 2];
     }
@@ -230,32 +234,54 @@ std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, con
                 else if (!shared.empty() && shared.size() < kFewestShared)
                     sparse.push_back({here[a].first, here[b].first, std::move(shared)});
             }
-    while (poolSparse(edges, kept, sparse, ties))
+    while (poolSparse(nodes, edges, kept, sparse, ties))
         continue;
     return ties;
 }
 
-std::vector<Tie> floorTies(const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+std::vector<Tie> floorTies(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
 {
+    const TieIndex index{int(edges.size()), nodes};
     std::vector<Tie> ties;
+    std::vector<char> seen(std::size_t(nodes), 0);
     for (std::size_t e = 0; e < edges.size(); ++e) {
         if (!lengthUnknown(edges[e], kept[e])) continue;
         const PairPose& pose = *edges[e].pose;
-        std::vector<double> drops;
+        std::array<std::vector<double>, 2> drops;
         for (const PairInlier& inlier : pose.inliers) {
             const Eigen::Vector2d d = depthsOf(pose, inlier);
-            drops.push_back(-d[0] * inlier.bearing_0.z());
-            drops.push_back(-d[1] * inlier.bearing_1.z());
+            drops[0].push_back(-d[0] * inlier.bearing_0.z());
+            drops[1].push_back(-d[1] * inlier.bearing_1.z());
         }
-        if (const double drop = floorDrop(drops); drop > 0.0)
-            ties.push_back({int(e), int(edges.size()), -std::log(drop), 1.0 / kHeightSpread});
+        std::vector<double> both = drops[0];
+        both.insert(both.end(), drops[1].begin(), drops[1].end());
+        const double floor = floorDrop(both);
+        if (!(floor > 0.0)) continue;
+        for (const int end : {0, 1}) {
+            const int node = end == 0 ? edges[e].i : edges[e].j;
+            std::vector<double> level, deviations;
+            for (const double d : drops[std::size_t(end)])
+                if (d > 0.0 && std::abs(std::log(d / floor)) < kFloorBand) level.push_back(std::log(d));
+            double drop = std::log(floor), spread = kHeightSpread;
+            if (level.size() >= kFewestShared) {
+                drop = median(level);
+                for (const double d : level)
+                    deviations.push_back(std::abs(d - drop));
+                spread = kFloorSpread + 2.0 * median(deviations) / std::sqrt(double(level.size()));
+            }
+            ties.push_back({int(e), index.heightOf(node), -drop, 1.0 / spread});
+            seen[std::size_t(node)] = 1;
+        }
     }
+    for (int n = 0; n < nodes; ++n)
+        if (seen[std::size_t(n)])
+            ties.push_back({index.heightOf(n), index.height(), 0.0, 1.0 / kHeightSpread});
     return ties;
 }
 
-Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties)
+Eigen::VectorXd solveTies(const TieIndex& index, const std::vector<Tie>& ties)
 {
-    const int unknowns = edges + 1;
+    const int unknowns = index.count();
     Eigen::VectorXd x = Eigen::VectorXd::Zero(unknowns);
     for (int round = 0; round < 15; ++round) {
         NormalEquations normal(unknowns, 1e-6);
@@ -276,11 +302,11 @@ Eigen::VectorXd solveTies(int edges, const std::vector<Tie>& ties)
     return x;
 }
 
-std::vector<int> tiedSets(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+std::vector<int> tiedSets(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
                           const std::vector<Tie>& ties, int* count)
 {
-    const int metre = int(edges.size()) + 1;
-    std::vector<int> parent(edges.size() + 2);
+    const int metre = TieIndex{int(edges.size()), nodes}.count();
+    std::vector<int> parent(std::size_t(metre) + 1);
     for (std::size_t k = 0; k < parent.size(); ++k)
         parent[k] = int(k);
     const auto root = [&](int k) {

@@ -94,11 +94,11 @@ std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges
         any |= kept[e] && !edges[e].pose->metric;
     if (!any) return scales;
     std::vector<Tie> ties = featureTies(nodes, edges, kept);
-    const std::vector<Tie> floors = floorTies(edges, kept);
+    const std::vector<Tie> floors = floorTies(nodes, edges, kept);
     ties.insert(ties.end(), floors.begin(), floors.end());
-    Eigen::VectorXd log_scales = solveTies(int(edges.size()), ties);
+    Eigen::VectorXd log_scales = solveTies({int(edges.size()), nodes}, ties);
     int sets = 0;
-    const std::vector<int> set = tiedSets(edges, kept, ties, &sets);
+    const std::vector<int> set = tiedSets(nodes, edges, kept, ties, &sets);
     // Each set starts at a median length of 1, so that the wish for equal lengths means what it says.
     for (int s = 1; s < sets; ++s) {
         std::vector<double> values;

@@ -108,10 +108,10 @@ public:
         const int nodes = int(m_model.nodes.size());
         const std::vector<Tie> ties = featureTies(nodes, m_graph, m_kept);
         int sets = 0;
-        m_set = tiedSets(m_graph, m_kept, ties, &sets);
+        m_set = tiedSets(nodes, m_graph, m_kept, ties, &sets);
         const std::map<NodePair, std::vector<Meeting>> all = meetings();
         if (all.empty()) return {};
-        m_lengths = solveTies(int(m_graph.size()), ties);
+        m_lengths = solveTies({int(m_graph.size()), nodes}, ties);
         std::vector<std::vector<Meeting>> work;
         for (const auto& [between, here] : all) {
             work.push_back(here);

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+// What ties lengths when features are not shared: the floor, and few features pooled.
+#include "nexomap/src/graph/LengthTies.h"
+#include "nexomap/src/graph/ScaleRecovery.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <random>
+
+using namespace nexomap;
+
+namespace {
+
+/// Stations and points between them; edges are exact but for their length.
+struct Scene
+{
+    std::vector<Eigen::Vector3d> stations;
+    std::deque<PairPose> poses;
+    std::vector<GraphEdge> edges;
+    std::mt19937 random{3};
+
+    void link(int i, int j, const std::vector<Eigen::Vector3d>& points)
+    {
+        PairPose pose;
+        pose.t_0_from_1 = (stations[std::size_t(j)] - stations[std::size_t(i)]).normalized();
+        pose.reliability = 0.9;
+        for (const Eigen::Vector3d& point : points)
+            pose.inliers.push_back({(point - stations[std::size_t(i)]).normalized().cast<float>(),
+                                    (point - stations[std::size_t(j)]).normalized().cast<float>()});
+        poses.push_back(pose);
+        edges.push_back({i, j, &poses.back(), false});
+    }
+    std::vector<Eigen::Vector3d> box(int count, const Eigen::Vector3d& from, const Eigen::Vector3d& to)
+    {
+        std::uniform_real_distribution<double> unit(0.0, 1.0);
+        std::vector<Eigen::Vector3d> points;
+        for (int k = 0; k < count; ++k) {
+            const Eigen::Array3d share(unit(random), unit(random), unit(random));
+            points.push_back(from + (share * (to - from).array()).matrix());
+        }
+        return points;
+    }
+    double length(std::size_t e) const
+    {
+        return (stations[std::size_t(edges[e].j)] - stations[std::size_t(edges[e].i)]).norm();
+    }
+    /// Found length of edge b over that of edge a, over the true one.
+    double error(std::size_t a, std::size_t b) const
+    {
+        const std::vector<double> scales =
+            recoverScales(int(stations.size()), edges, std::vector<char>(edges.size(), 1));
+        return scales[b] / scales[a] * length(a) / length(b);
+    }
+};
+
+TEST(LengthTies, ATableTopIsNoFloor)
+{
+    std::vector<double> drops;
+    for (int k = 0; k < 8; ++k)
+        drops.push_back(0.64 + 0.001 * k);
+    for (int k = 0; k < 12; ++k)
+        drops.push_back(0.8 + 0.07 * k); // legs, chairs, the wall below the window
+    for (int k = 0; k < 160; ++k)
+        drops.push_back(-0.5 + 0.005 * k);
+    EXPECT_EQ(floorDrop(drops), 0.0);
+    for (int k = 0; k < 30; ++k)
+        drops.push_back(1.7 + 0.001 * k);
+    EXPECT_NEAR(floorDrop(drops), 1.715, 0.01);
+}
+
+TEST(LengthTies, AStationOfItsOwnHeightKeepsItsEdgesInProportion)
+{
+    // The middle tripod stands 6 % higher than the others: both its edges see the floor as far below it.
+    Scene scene;
+    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.59}, {6.5, 0.5, 1.5}};
+    scene.link(0, 1, scene.box(60, {-1, -2, 0}, {3, 2, 0}));
+    scene.link(1, 2, scene.box(60, {2, -2, 0}, {7, 2, 0}));
+    EXPECT_NEAR(scene.error(0, 1), 1.0, 0.005);
+}
+
+TEST(LengthTies, ThreeSharedFeaturesOfTwoPairsOfEdgesTieTheirSets)
+{
+    // The first two edges, and the last two, share plenty; between the sets no two edges share more than two.
+    Scene scene;
+    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {2.0, 2.0, 1.5}, {6.5, 0.5, 1.5}, {6.0, 3.0, 1.5}};
+    const auto left = scene.box(40, {-1, -2, 1.7}, {2, 3, 2.6}),
+               right = scene.box(40, {4, -2, 1.7}, {8, 3, 2.6});
+    const auto door = scene.box(4, {2.2, 2.5, 0.8}, {4.5, 4.0, 2.4});
+    const auto with = [](std::vector<Eigen::Vector3d> points, const Eigen::Vector3d& a,
+                         const Eigen::Vector3d& b) {
+        points.push_back(a);
+        points.push_back(b);
+        return points;
+    };
+    scene.link(0, 1, with(left, door[0], door[1]));
+    scene.link(1, 2, with(left, door[2], door[3]));
+    scene.link(1, 3, with(right, door[0], door[1]));
+    scene.link(1, 4, with(right, door[2], door[3]));
+    EXPECT_NEAR(scene.error(0, 2), 1.0, 0.01);
+    EXPECT_NEAR(scene.error(0, 3), 1.0, 0.01);
+}
+
+TEST(LengthTies, SharedFeaturesOnOneLevelLineTieNothing)
+{
+    Scene scene;
+    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {6.5, 0.5, 1.5}};
+    const auto left = scene.box(40, {-1, -2, 1.7}, {2, 3, 2.6}),
+               right = scene.box(40, {4, -2, 1.7}, {8, 3, 2.6});
+    auto first = left, second = right;
+    for (const Eigen::Vector3d& point : scene.box(3, {2.8, 1.0, 1.49}, {4.0, 2.0, 1.51}))
+        first.push_back(point), second.push_back(point);
+    scene.link(0, 1, first);
+    scene.link(1, 2, second);
+    int sets = 0;
+    const std::vector<char> kept(2, 1);
+    const std::vector<int> set = tiedSets(3, scene.edges, kept, featureTies(3, scene.edges, kept), &sets);
+    EXPECT_NE(set[0], set[1]);
+}
+
+} // namespace
