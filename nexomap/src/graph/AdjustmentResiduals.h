@@ -16,50 +16,51 @@ constexpr double kViewSigma = 0.06 * kDegree; // of a bearing
 constexpr double kViewCauchy = 2.0;           // whitened
 constexpr double kViewRangeSigma_m = 0.02;    // and a hundredth of the range
 
-/// Chordal distance between a bearing and the direction of the point. Three rows and no more where there is
-/// no range: the solver has a faster elimination for blocks that are all of three.
-struct ViewResidual
+/// Chordal distance between a bearing and the direction of the point. Three rows, as all of a point's
+/// residuals have: the solver has a faster elimination for such.
+struct BearingResidual
 {
-    TrackView view;
+    Eigen::Vector3d bearing;
 
     template <class T>
-    T compare(const T* quaternion, const T* centre, const T* point, T* residual) const
+    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
     {
         const Eigen::Map<const Eigen::Quaternion<T>> q(quaternion);
         const Eigen::Matrix<T, 3, 1> ray(point[0] - centre[0], point[1] - centre[1], point[2] - centre[2]);
         const Eigen::Matrix<T, 3, 1> local = q.conjugate() * ray;
         const T length = local.norm() + T(1e-12);
         for (int k = 0; k < 3; ++k)
-            residual[k] = (local[k] / length - T(view.bearing[k])) / T(kViewSigma);
-        return length;
-    }
-    template <class T>
-    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
-    {
-        compare(quaternion, centre, point, residual);
+            residual[k] = (local[k] / length - T(bearing[k])) / T(kViewSigma);
         return true;
     }
 };
 
-/// The same with the point's distance.
-struct RangedViewResidual : ViewResidual
+/// The point's distance against a measured range.
+struct RangeResidual
 {
+    double range_m;
+
     template <class T>
-    bool operator()(const T* quaternion, const T* centre, const T* point, T* residual) const
+    bool operator()(const T* centre, const T* point, T* residual) const
     {
-        const T length = compare(quaternion, centre, point, residual);
-        residual[3] = (length - T(view.range_m)) / T(kViewRangeSigma_m + 0.01 * view.range_m);
+        const Eigen::Matrix<T, 3, 1> ray(point[0] - centre[0], point[1] - centre[1], point[2] - centre[2]);
+        residual[0] = (ray.norm() + T(1e-12) - T(range_m)) / T(kViewRangeSigma_m + 0.01 * range_m);
+        residual[1] = residual[2] = T(0);
         return true;
     }
 };
 
-/// Of a view, by the panorama's quaternion and centre and the point.
-inline ceres::CostFunction* viewCost(const TrackView& view)
+/// What one panorama says of a point.
+inline void addView(const TrackView& view, double* quaternion, double* centre, double* point,
+                    ceres::Problem& problem)
 {
+    problem.AddResidualBlock(
+        new ceres::AutoDiffCostFunction<BearingResidual, 3, 4, 3, 3>(new BearingResidual{view.bearing}),
+        new ceres::CauchyLoss(kViewCauchy), quaternion, centre, point);
     if (view.range_m > 0)
-        return new ceres::AutoDiffCostFunction<RangedViewResidual, 4, 4, 3, 3>(
-            new RangedViewResidual{{view}});
-    return new ceres::AutoDiffCostFunction<ViewResidual, 3, 4, 3, 3>(new ViewResidual{view});
+        problem.AddResidualBlock(
+            new ceres::AutoDiffCostFunction<RangeResidual, 3, 3, 3>(new RangeResidual{view.range_m}),
+            new ceres::CauchyLoss(kViewCauchy), centre, point);
 }
 
 /// The panorama's vertical against the world's.

@@ -45,9 +45,8 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
     ceres::Problem problem;
     for (std::size_t k = 0; k < tracks.size(); ++k)
         for (const TrackView& view : tracks[k].views)
-            problem.AddResidualBlock(viewCost(view), new ceres::CauchyLoss(kViewCauchy),
-                                     rotations[view.node].coeffs().data(), centres[view.node].data(),
-                                     points[k].data());
+            addView(view, rotations[view.node].coeffs().data(), centres[view.node].data(), points[k].data(),
+                    problem);
     std::map<int, int> members; // of each component the first
     for (int n = 0; n < nodes; ++n) {
         if (!used[n]) continue;

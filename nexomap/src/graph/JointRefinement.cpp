@@ -9,6 +9,8 @@
 #include <ceres/ceres.h>
 #include <Eigen/Dense>
 
+#include <algorithm>
+
 namespace nexomap {
 namespace {
 
@@ -45,6 +47,30 @@ Matrix6d whitening(const Matrix6d& information)
     return eigen.eigenvalues().cwiseMax(0.0).cwiseSqrt().asDiagonal() * eigen.eigenvectors().transpose();
 }
 
+/// The tracks that tell most, for a bounded time: those that the most panoramas see, until each panorama has
+/// enough.
+std::vector<FeatureTrack> chosenTracks(std::vector<FeatureTrack> tracks, std::size_t nodes)
+{
+    constexpr int kEnough = 80;
+    tracks.erase(std::remove_if(tracks.begin(), tracks.end(),
+                                [](const FeatureTrack& track) { return !track.scaleless; }),
+                 tracks.end());
+    std::stable_sort(tracks.begin(), tracks.end(), [](const FeatureTrack& a, const FeatureTrack& b) {
+        return a.views.size() > b.views.size();
+    });
+    std::vector<int> seen(nodes, 0);
+    std::vector<FeatureTrack> chosen;
+    for (FeatureTrack& track : tracks) {
+        const bool wanted = std::any_of(track.views.begin(), track.views.end(),
+                                        [&](const TrackView& view) { return seen[view.node] < kEnough; });
+        if (!wanted) continue;
+        for (const TrackView& view : track.views)
+            ++seen[view.node];
+        chosen.push_back(std::move(track));
+    }
+    return chosen;
+}
+
 /// The problem's unknowns, and what it says of them.
 class Refinement
 {
@@ -78,8 +104,7 @@ public:
     void addTrack(const FeatureTrack& track, Eigen::Vector3d& point)
     {
         for (const TrackView& view : track.views)
-            m_problem.AddResidualBlock(viewCost(view), new ceres::CauchyLoss(kViewCauchy),
-                                       rotation(view.node), centre(view.node), point.data());
+            addView(view, rotation(view.node), centre(view.node), point.data(), m_problem);
     }
 
     /// Tilt priors and the gauge, then the solution. False: nothing changed.
@@ -161,8 +186,7 @@ void refineJointly(const std::vector<GraphEdge>& edges, const std::vector<Matrix
     if (!any) return;
     std::vector<FeatureTrack> tracks;
     std::vector<Eigen::Vector3d> points;
-    for (FeatureTrack& track : featureTracks(edges, chosen)) {
-        if (!track.scaleless) continue;
+    for (FeatureTrack& track : chosenTracks(featureTracks(edges, chosen), poses.size())) {
         if (const auto point = triangulate(track, poses)) {
             tracks.push_back(std::move(track));
             points.push_back(*point);
