@@ -164,3 +164,19 @@ TEST(JointRefinement, LeavesGroupsAloneThatAreNotMixed)
     for (int n = 0; n < 9; ++n)
         EXPECT_EQ(poses[n].t, before[n].t);
 }
+
+TEST(JointRefinement, ADoubtfulPairWithRangeOnOneSideDoesNotJoinParts)
+{
+    MadeUpTour tour;
+    for (const double x : {0.0, 2.5, 5.0})
+        tour.add(x, 0.1 * x, x);
+    for (const double reliability : {0.65, 0.75}) {
+        std::vector<PairPose> poses{tour.pairPose(0, 1), tour.pairPose(1, 2)};
+        poses[1].reliability = reliability;
+        for (PairInlier& inlier : poses[1].inliers)
+            inlier.range_1_m = 0.f;
+        const std::vector<GraphEdge> edges{{0, 1, &poses[0], false}, {1, 2, &poses[1], false}};
+        const GraphSolution solution = solvePoseGraph(3, edges, {0, 0});
+        EXPECT_EQ(solution.component[2], reliability > 0.7 ? 0 : 1);
+    }
+}
