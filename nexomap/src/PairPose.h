@@ -8,6 +8,7 @@
 #include <Eigen/Geometry>
 
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace nexomap {
@@ -19,6 +20,14 @@ struct PairInlier
 {
     Eigen::Vector3f bearing_0, bearing_1;   ///< unit vectors, each in its panorama's frame
     float range_0_m = 0.f, range_1_m = 0.f; ///< metres; 0: none
+};
+
+/// What is known of a pose's length beside another pair's, beyond the features that both share.
+struct LengthTie
+{
+    std::string name_0, name_1; ///< identities of the other pair
+    double log_ratio = 0.0;     ///< log(this length / the other's)
+    double sigma = 1.0;         ///< of log_ratio
 };
 
 /// Relative pose of two panoramas: point_in_0 = R * point_in_1 + t.
@@ -36,6 +45,7 @@ struct PairPose
     double reliability = 0.0; ///< probability that the pose is right, 0 to 1
     int matches = 0;          ///< tentative feature matches
     std::vector<PairInlier> inliers;
+    std::vector<LengthTie> ties; ///< without scale only
 };
 
 /// Matches two panoramas and estimates their relative pose; metric when both carry range. Deterministic: the

@@ -9,7 +9,7 @@ using namespace nexomap;
 
 namespace {
 
-constexpr int kFirst = 0, kDoor = 1, kSecond = 2; ///< stations
+constexpr int kFirst = 0, kDoor = 1, kSecond = 2, kCorner = 3; ///< stations
 
 /// A point of the made-up place as a picture feature: what it looks like, and which stations' pictures have
 /// it.
@@ -18,7 +18,8 @@ struct Point
     Eigen::Vector3d position;
     std::vector<std::uint8_t> look;
     std::vector<int> seen_by;
-    bool first_pair = false, second_pair = false; ///< matched between the first two, the last two stations
+    /// Matched between the first two stations, the next two, and, where there is one, to the fourth.
+    bool first_pair = false, second_pair = false, third_pair = false;
 };
 
 class TwoRooms : public LibraryTest
@@ -87,7 +88,7 @@ protected:
         pose.information = 1e6 * Matrix6d::Identity();
         pose.reliability = 0.95;
         for (const Point& point : points)
-            if (a == kFirst ? point.first_pair : point.second_pair)
+            if (a == kFirst ? point.first_pair : a == kDoor ? point.second_pair : point.third_pair)
                 pose.inliers.push_back({seenFrom(a, point).normalized().cast<float>(),
                                         seenFrom(b, point).normalized().cast<float>()});
         pose.matches = int(pose.inliers.size());
@@ -99,10 +100,10 @@ protected:
         FrontEnd front = tour.frontEnd();
         std::map<std::string, Features> all;
         std::map<std::pair<std::string, std::string>, PairPose> poses;
-        for (int k = 0; k < 3; ++k)
+        for (int k = 0; k < int(tour.stations.size()); ++k)
             all[tour.stations[std::size_t(k)].name] = features(k);
-        for (const auto& [a, b] : {std::pair(kFirst, kDoor), std::pair(kDoor, kSecond)})
-            poses[{MadeUpTour::nameOf(a), MadeUpTour::nameOf(b)}] = pair(a, b);
+        for (int k = 0; k + 1 < int(tour.stations.size()); ++k)
+            poses[{MadeUpTour::nameOf(k), MadeUpTour::nameOf(k + 1)}] = pair(k, k + 1);
         front.load = [load = front.load, all](const std::string& path, std::string* error) {
             auto panorama = load(path, error);
             if (!panorama) return panorama;
@@ -117,6 +118,35 @@ protected:
         };
         return front;
     }
+    /// Loads the tour again as a program does that opens it; no picture may be read.
+    void reopen()
+    {
+        const auto nodes_before = nodes();
+        const auto links_before = matches();
+        NexomapClean();
+        FrontEnd blind = frontEnd();
+        blind.load = [](const std::string&, std::string* error) {
+            *error = "not to be read";
+            return std::shared_ptr<const Panorama>();
+        };
+        startWith(blind);
+        for (const NodeReport& n : nodes_before)
+            ASSERT_EQ(NexomapLoadPanoNode(MadeUpTour::pathOf(indexOf(tour, n.name)).c_str(), n.position.x(),
+                                          n.position.y(), n.position.z(), n.vertex.x(), n.vertex.y(),
+                                          n.direction, n.plan_x, n.plan_y, n.plan_name.c_str()),
+                      NEXOMAP_OK);
+        for (const MatchReport& m : links_before)
+            ASSERT_EQ(NexomapLoadPanoMatch(m.name_0.c_str(), m.name_1.c_str(), m.rot_0, m.rot_1, m.tilt_x0,
+                                           m.tilt_x1, m.tilt_y0, m.icon_y0, m.icon_y1, m.spacing, m.mode,
+                                           m.reliability),
+                      NEXOMAP_OK);
+        ASSERT_EQ(NexomapRelocateAll(), NEXOMAP_OK);
+        const auto after = nodes();
+        ASSERT_EQ(after.size(), nodes_before.size());
+        for (std::size_t k = 0; k < after.size(); ++k)
+            EXPECT_LT((after[k].position - nodes_before[k].position).norm(), 1e-6) << k;
+    }
+
     /// Length of the second link over that of the first, as the library found them.
     double ratio()
     {
@@ -194,30 +224,21 @@ TEST_F(TwoRooms, AReopenedTourKeepsTheLengthWithoutReadingAPicture)
 {
     fillDoorway(9);
     link(tour, frontEnd());
-    const auto nodes_before = nodes();
-    const auto links_before = matches();
-    NexomapClean();
-    FrontEnd blind = frontEnd();
-    blind.load = [](const std::string&, std::string* error) {
-        *error = "not to be read";
-        return std::shared_ptr<const Panorama>();
-    };
-    startWith(blind);
-    for (const NodeReport& n : nodes_before)
-        ASSERT_EQ(NexomapLoadPanoNode(MadeUpTour::pathOf(indexOf(tour, n.name)).c_str(), n.position.x(),
-                                      n.position.y(), n.position.z(), n.vertex.x(), n.vertex.y(), n.direction,
-                                      n.plan_x, n.plan_y, n.plan_name.c_str()),
-                  NEXOMAP_OK);
-    for (const MatchReport& m : links_before)
-        ASSERT_EQ(NexomapLoadPanoMatch(m.name_0.c_str(), m.name_1.c_str(), m.rot_0, m.rot_1, m.tilt_x0,
-                                       m.tilt_x1, m.tilt_y0, m.icon_y0, m.icon_y1, m.spacing, m.mode,
-                                       m.reliability),
-                  NEXOMAP_OK);
-    ASSERT_EQ(NexomapRelocateAll(), NEXOMAP_OK);
-    const auto after = nodes();
-    ASSERT_EQ(after.size(), nodes_before.size());
-    for (std::size_t k = 0; k < after.size(); ++k)
-        EXPECT_LT((after[k].position - nodes_before[k].position).norm(), 1e-6) << k;
+    reopen();
+    EXPECT_NEAR(ratio() / trueRatio(), 1.0, 0.02);
+}
+
+TEST_F(TwoRooms, AStationFurtherOnTellsTheLengthToo)
+{
+    // What the first room shows through the door is hidden from the second room's middle, not from its
+    // corner.
+    tour.add(5.2, 1.8, 0.7);
+    for (Point& point : points)
+        if (point.second_pair) point.third_pair = true, point.seen_by.push_back(kCorner);
+    fill(9, {2.0, -1.2, -1.0}, {3.6, 1.2, 1.0}, {kFirst, kDoor, kCorner}, true, false);
+    link(tour, frontEnd());
+    EXPECT_NEAR(ratio() / trueRatio(), 1.0, 0.02);
+    reopen();
     EXPECT_NEAR(ratio() / trueRatio(), 1.0, 0.02);
 }
 

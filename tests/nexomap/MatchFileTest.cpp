@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 using namespace nexomap;
 
 namespace {
@@ -56,6 +58,27 @@ TEST(MatchFile, ARecordComesBackToTheBit)
     ASSERT_EQ(out.companions.size(), 1u);
     EXPECT_EQ(out.companions[0].name_1, MadeUpTour::nameOf(5));
     EXPECT_EQ(out.companions[0].mode, 1);
+}
+
+TEST(MatchFile, LengthTiesComeBackAndFilesWithoutThemAreAsTheyWere)
+{
+    MatchRecord in = record();
+    const Bytes without = encodeMatchRecord(in);
+    EXPECT_TRUE(decodeMatchRecord(without).link.pose.ties.empty());
+    in.link.pose.ties = {{MadeUpTour::nameOf(3), MadeUpTour::nameOf(4), -0.25, 0.02}};
+    const Bytes with = encodeMatchRecord(in);
+    EXPECT_GT(with.size(), without.size());
+    const MatchRecord out = decodeMatchRecord(with);
+    ASSERT_EQ(out.companions.size(), 1u);
+    ASSERT_EQ(out.link.pose.ties.size(), 1u);
+    EXPECT_EQ(out.link.pose.ties[0].name_0, MadeUpTour::nameOf(3));
+    EXPECT_EQ(out.link.pose.ties[0].name_1, MadeUpTour::nameOf(4));
+    EXPECT_EQ(out.link.pose.ties[0].log_ratio, -0.25);
+    EXPECT_EQ(out.link.pose.ties[0].sigma, 0.02);
+    in.link.pose.ties[0].sigma = 0.0;
+    EXPECT_TRUE(refused(encodeMatchRecord(in)));
+    in.link.pose.ties[0] = {"", "", std::nan(""), 0.02};
+    EXPECT_TRUE(refused(encodeMatchRecord(in)));
 }
 
 TEST(MatchFile, FeaturesComeBackToTheBit)

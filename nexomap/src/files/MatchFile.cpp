@@ -19,6 +19,7 @@ constexpr char kInlierMagic[] = "NXI1";
 constexpr std::uint32_t kVersion = 1;
 constexpr std::size_t kHeaderBytes = 20;
 constexpr std::size_t kInlierBytes = 32;
+constexpr std::size_t kTieBytes = 16 + 16 + 8 + 8;
 constexpr std::size_t kStoredPoseBytes = 16 + 16 + 4 + 4 + 8 + 1 + 1 + 8 * (9 + 3 + 36);
 
 std::uint32_t checksum(const std::uint8_t* data, std::size_t size)
@@ -143,6 +144,13 @@ Bytes encodeMatchRecord(const MatchRecord& record)
     out.put(std::uint32_t(record.companions.size()));
     for (const StoredPose& companion : record.companions)
         putStoredPose(out, companion);
+    // Nothing stands here where there are none: earlier versions wrote no ties.
+    for (const LengthTie& tie : record.link.pose.ties) {
+        out.putText(tie.name_0, 16);
+        out.putText(tie.name_1, 16);
+        out.put(tie.log_ratio);
+        out.put(tie.sigma);
+    }
     return sealed(kPoseMagic, out.bytes);
 }
 
@@ -155,9 +163,21 @@ MatchRecord decodeMatchRecord(const Bytes& bytes)
     record.station_0 = getStation(in);
     record.station_1 = getStation(in);
     const std::uint32_t count = in.get<std::uint32_t>();
-    if (in.failed() || in.left() != std::uint64_t(count) * kStoredPoseBytes) refuse("of a wrong length");
+    const std::uint64_t companions = std::uint64_t(count) * kStoredPoseBytes;
+    if (in.failed() || in.left() < companions || (in.left() - companions) % kTieBytes != 0)
+        refuse("of a wrong length");
     for (std::uint32_t k = 0; k < count; ++k)
         record.companions.push_back(getStoredPose(in));
+    while (in.left() > 0) {
+        LengthTie tie;
+        tie.name_0 = in.getText(16);
+        tie.name_1 = in.getText(16);
+        tie.log_ratio = in.get<double>();
+        tie.sigma = in.get<double>();
+        if (in.failed() || !std::isfinite(tie.log_ratio) || !(tie.sigma > 1e-3 && tie.sigma < 1e3))
+            refuse("holds no tie of lengths");
+        record.link.pose.ties.push_back(std::move(tie));
+    }
     return record;
 }
 

@@ -31,7 +31,7 @@ struct StoredStation
 /// Content of a link's first match file.
 struct MatchRecord
 {
-    StoredPose link; ///< without its inliers, which stand in the second file
+    StoredPose link; ///< without its inliers, which stand in the second file; with its length ties
     std::uint32_t inliers = 0;
     StoredStation station_0, station_1;
     /// Measurements that the poses rest on although no link shows them, at either station: hidden by walls or

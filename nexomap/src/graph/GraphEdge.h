@@ -16,6 +16,13 @@ struct GraphEdge
     int i = 0, j = 0;               ///< node indices; pose maps j's frame into i's
     const PairPose* pose = nullptr; ///< not owned
     bool connector = false;         ///< used only where nothing else holds two parts together
+    /// The pose's length ties, by node indices.
+    struct Tie
+    {
+        int i = 0, j = 0;
+        double log_ratio = 0.0, sigma = 1.0;
+    };
+    std::vector<Tie> ties = {};
 };
 
 /// The edge's relative pose without its noise.

@@ -109,6 +109,22 @@ std::vector<Tie> rangeTies(const std::vector<GraphEdge>& edges, const std::vecto
     return ties;
 }
 
+/// Ties that were found otherwise and go with an edge, where the other edge is still there.
+void addGivenTies(const std::vector<GraphEdge>& edges, const std::vector<char>& kept, std::vector<Tie>& ties)
+{
+    std::map<std::pair<int, int>, int> number;
+    for (std::size_t e = 0; e < edges.size(); ++e)
+        if (lengthUnknown(edges[e], kept[e])) number.emplace(std::minmax(edges[e].i, edges[e].j), int(e));
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        if (!lengthUnknown(edges[e], kept[e])) continue;
+        for (const GraphEdge::Tie& tie : edges[e].ties) {
+            const auto other = number.find(std::minmax(tie.i, tie.j));
+            if (other != number.end() && other->second != int(e))
+                ties.push_back({int(e), other->second, tie.log_ratio, 1.0 / tie.sigma});
+        }
+    }
+}
+
 /// Two edges that share a few features at a panorama, fewer than would tie them alone.
 struct Sparse
 {
@@ -234,6 +250,7 @@ std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, con
                 else if (!shared.empty() && shared.size() < kFewestShared)
                     sparse.push_back({here[a].first, here[b].first, std::move(shared)});
             }
+    addGivenTies(edges, kept, ties);
     while (poolSparse(nodes, edges, kept, sparse, ties))
         continue;
     return ties;

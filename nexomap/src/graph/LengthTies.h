@@ -26,7 +26,8 @@ struct TieIndex
 };
 
 /// What ties edges without scale by single points: features that two edges see at a panorama they share (four
-/// of one pair of edges, or of two sets of edges that are tied already), and ranges of features.
+/// of one pair of edges, or of two sets of edges that are tied already), ranges of features, and the edges' own
+/// length ties.
 std::vector<Tie> featureTies(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
 
 /// What ties them by the floor: all edges of a station see it equally far below, and all stations stand about

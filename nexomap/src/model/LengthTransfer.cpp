@@ -7,15 +7,19 @@
 #include "nexomap/src/graph/DepthTransfer.h"
 #include "nexomap/src/graph/LengthTies.h"
 #include "nexomap/src/model/ParallelFor.h"
+#include "nexomap/src/model/Relocation.h"
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace nexomap {
 namespace {
 
 constexpr int kRounds = 3;                // what one round joins lends its features to the next
 constexpr std::size_t kMostMeetings = 12; // between two sets, those with the most inliers
+constexpr std::size_t kMostFarNodes = 8;  // of the other set, the nearest ones
+constexpr double kTieSpread = 0.06;
 constexpr double kTurns[] = {-12.0, -9.0, -6.0, -3.0, 3.0, 6.0, 9.0, 12.0}; // degrees
 constexpr std::size_t kFewestVotes = 3;
 // Three of a few votes agree within 3 % by chance once in some hundred searches, and then on like things
@@ -36,15 +40,17 @@ struct Meeting
 struct PooledVote
 {
     TransferVote vote;
-    int meeting = 0, edge = 0; ///< the edge that the inlier would join
+    int meeting = 0, edge = 0; ///< the edge that the inlier would join; -1: no edge goes there
     double x = 0.0;            ///< log of set b's scale over set a's
     double sigma = 0.0;
 };
 
+/// What an edge is to gain: inliers, or, where no edge leads to the panorama that told the length, a tie.
 struct Found
 {
     int edge = 0, node = 0;
-    PairInlier inlier; ///< bearing 0 at the node
+    std::vector<PairInlier> inliers; ///< bearing 0 at the node
+    std::vector<LengthTie> ties;
 };
 
 double density(const std::vector<PooledVote>& votes, double x)
@@ -98,7 +104,7 @@ public:
             const Edge& edge = model.edges[e];
             const bool usable = edge.origin == Origin::Matched && !edge.pose->metric &&
                                 !edge.pose->rotation_only && !edge.pose->inliers.empty();
-            m_graph.push_back({edge.node_0, edge.node_1, edge.pose.get(), false});
+            m_graph.push_back({edge.node_0, edge.node_1, edge.pose.get(), false, tiesOf(model, *edge.pose)});
             m_kept.push_back(usable);
         }
     }
@@ -109,16 +115,18 @@ public:
         const std::vector<Tie> ties = featureTies(nodes, m_graph, m_kept);
         int sets = 0;
         m_set = tiedSets(nodes, m_graph, m_kept, ties, &sets);
+        m_members.resize(std::size_t(sets));
         const std::map<NodePair, std::vector<Meeting>> all = meetings();
         if (all.empty()) return {};
         m_lengths = solveTies({int(m_graph.size()), nodes}, ties);
+        placeSets();
         std::vector<std::vector<Meeting>> work;
         for (const auto& [between, here] : all) {
             work.push_back(here);
-            for (const Meeting& meeting : here)
-                for (const int e : {meeting.a, meeting.b})
-                    for (const int n : {m_graph[std::size_t(e)].i, m_graph[std::size_t(e)].j})
-                        m_model.nodes[std::size_t(n)].source->look(m_workplace.front_end);
+            for (const int n : m_members[std::size_t(between.first)])
+                m_model.nodes[std::size_t(n)].source->look(m_workplace.front_end);
+            for (const int n : m_members[std::size_t(between.second)])
+                m_model.nodes[std::size_t(n)].source->look(m_workplace.front_end);
         }
         std::vector<std::vector<Found>> found(work.size());
         parallelFor(int(work.size()), [&](int k) { found[std::size_t(k)] = between(work[std::size_t(k)]); });
@@ -179,6 +187,7 @@ private:
             for (std::size_t t = 0; t < std::size(kTurns); ++t)
                 collect(meetings, k, a, b, kTurns[t] * kDegree, &chance[t]);
         }
+        collectFar(meetings, &votes, &chance);
         double height = 0.0, by_chance = 0.0;
         const double mode = modeOf(votes, &height);
         for (const std::vector<PooledVote>& turned : chance) {
@@ -200,10 +209,101 @@ private:
             height < kAboveChance * std::max(by_chance, rival) || planesOf(agreeing) < kFewestPlanes)
             return {};
         std::vector<Found> found;
-        for (const PooledVote* v : agreeing)
-            if (v->vote.fresh)
-                found.push_back({v->edge, meetings[std::size_t(v->meeting)].node, v->vote.inlier});
+        bool far = false;
+        double sum = 0.0, weights = 0.0;
+        for (const PooledVote* v : agreeing) {
+            far = far || v->edge < 0;
+            sum += v->x / (v->sigma * v->sigma);
+            weights += 1.0 / (v->sigma * v->sigma);
+            if (v->vote.fresh && v->edge >= 0)
+                found.push_back({v->edge, meetings[std::size_t(v->meeting)].node, {v->vote.inlier}, {}});
+        }
+        if (!far) return found;
+        const Meeting& first = meetings.front();
+        const GraphEdge& other = m_graph[std::size_t(first.b)];
+        // sum / weights = log of b's set over a's.
+        found.push_back({first.a,
+                         first.node,
+                         {},
+                         {{m_model.nodes[std::size_t(other.i)].name, m_model.nodes[std::size_t(other.j)].name,
+                           m_lengths[first.a] - m_lengths[first.b] - sum / weights,
+                           kTieSpread / std::sqrt(double(agreeing.size()))}}});
         return found;
+    }
+
+    /// The nodes of each set, and its size in the poses as they stand: within a set the lengths are right, so
+    /// that its panoramas stand rightly to each other but for one factor.
+    void placeSets()
+    {
+        std::vector<std::vector<double>> sizes(m_members.size());
+        std::vector<std::set<int>> members(m_members.size());
+        for (std::size_t e = 0; e < m_graph.size(); ++e) {
+            if (!m_kept[e] || m_set[e] < 0) continue;
+            const GraphEdge& edge = m_graph[e];
+            const double length = relative(edge.i, edge.j).t.norm();
+            if (length > 1e-6) sizes[std::size_t(m_set[e])].push_back(std::log(length) - m_lengths[int(e)]);
+            members[std::size_t(m_set[e])].insert({edge.i, edge.j});
+        }
+        for (std::size_t s = 0; s < members.size(); ++s) {
+            m_members[s].assign(members[s].begin(), members[s].end());
+            m_size.push_back(sizes[s].empty() ? 0.0 : median(sizes[s]));
+        }
+    }
+    Pose relative(int a, int b) const
+    {
+        return m_model.nodes[std::size_t(a)].pose.inverse() * m_model.nodes[std::size_t(b)].pose;
+    }
+
+    /// The nearest panoramas of a set that no edge of it joins to the node.
+    std::vector<int> farNodes(int set, int node, int except) const
+    {
+        std::set<int> joined{node, except};
+        for (std::size_t e = 0; e < m_graph.size(); ++e)
+            if (m_kept[e] && m_set[e] == set && (m_graph[e].i == node || m_graph[e].j == node))
+                joined.insert({m_graph[e].i, m_graph[e].j});
+        std::vector<std::pair<double, int>> others;
+        for (const int n : m_members[std::size_t(set)])
+            if (joined.count(n) == 0) others.emplace_back(relative(node, n).t.norm(), n);
+        std::sort(others.begin(), others.end());
+        std::vector<int> nearest;
+        for (std::size_t k = 0; k < std::min(kMostFarNodes, others.size()); ++k)
+            if (others[k].first > 1e-6) nearest.push_back(others[k].second);
+        return nearest;
+    }
+
+    /// The votes of panoramas that stand in one of the sets without an edge to where the sets meet.
+    void collectFar(const std::vector<Meeting>& meetings, std::vector<PooledVote>* votes,
+                    std::vector<std::vector<PooledVote>>* chance) const
+    {
+        std::set<std::pair<int, int>> done;
+        int number = int(meetings.size()); // planes of different searches are different
+        for (const Meeting& m : meetings)
+            for (const bool forward : {true, false}) {
+                const int edge = forward ? m.a : m.b, set = m_set[std::size_t(forward ? m.b : m.a)];
+                if (!done.insert({edge, m.node}).second) continue;
+                const PairEnd known = end(edge, m.node);
+                const GraphEdge& e = m_graph[std::size_t(edge)];
+                for (const int n : farNodes(set, m.node, e.i == m.node ? e.j : e.i)) {
+                    const Pose there = relative(m.node, n);
+                    PairEnd other;
+                    other.here = known.here;
+                    other.far = &features(n);
+                    other.here_from_far = {there.R, there.t.normalized()};
+                    other.far_taken.assign(other.far->size(), 0);
+                    const double length = std::log(there.t.norm()) - m_size[std::size_t(set)];
+                    const auto add = [&](double turn, std::vector<PooledVote>* to) {
+                        for (const TransferVote& vote : transferVotes(known, other, turn)) {
+                            const double x = vote.log_ratio + m_lengths[edge] - length;
+                            to->push_back(
+                                {vote, number, -1, forward ? x : -x, std::max(kNarrowest, vote.sigma)});
+                        }
+                    };
+                    add(0.0, votes);
+                    for (std::size_t t = 0; t < std::size(kTurns); ++t)
+                        add(kTurns[t] * kDegree, &(*chance)[t]);
+                    ++number;
+                }
+            }
     }
 
     /// The votes of one meeting, both ways; features that both edges have already count once.
@@ -231,19 +331,28 @@ private:
     std::vector<char> m_kept;
     std::vector<int> m_set;
     Eigen::VectorXd m_lengths;
+    std::vector<std::vector<int>> m_members; ///< per set: nodes
+    std::vector<double> m_size;              ///< per set: log of its size in the poses as they stand
 };
 
-/// Adds one match to an edge unless one of its two features has a partner there.
+/// Adds what was found to an edge; a match only where neither of its features has a partner there.
 bool join(Edge& edge, const Found& found)
 {
-    PairInlier inlier = found.inlier;
-    if (edge.node_0 != found.node) std::swap(inlier.bearing_0, inlier.bearing_1);
-    for (const PairInlier& other : edge.pose->inliers)
-        if (other.bearing_0 == inlier.bearing_0 || other.bearing_1 == inlier.bearing_1) return false;
     auto pose = std::make_shared<PairPose>(*edge.pose);
-    pose->inliers.push_back(inlier);
+    pose->ties.insert(pose->ties.end(), found.ties.begin(), found.ties.end());
+    bool joined = !found.ties.empty();
+    for (PairInlier inlier : found.inliers) {
+        if (edge.node_0 != found.node) std::swap(inlier.bearing_0, inlier.bearing_1);
+        const bool taken =
+            std::any_of(pose->inliers.begin(), pose->inliers.end(), [&](const PairInlier& other) {
+                return other.bearing_0 == inlier.bearing_0 || other.bearing_1 == inlier.bearing_1;
+            });
+        if (taken) continue;
+        pose->inliers.push_back(inlier);
+        joined = true;
+    }
     edge.pose = std::move(pose);
-    return true;
+    return joined;
 }
 
 } // namespace

@@ -30,9 +30,10 @@ std::vector<int> canonicalOrder(const Model& model)
     return order;
 }
 
-GraphEdge graphEdge(const Edge& edge)
+GraphEdge graphEdge(const Model& model, const Edge& edge)
 {
-    return {edge.node_0, edge.node_1, edge.pose.get(), edge.origin == Origin::ByPose};
+    return {edge.node_0, edge.node_1, edge.pose.get(), edge.origin == Origin::ByPose,
+            tiesOf(model, *edge.pose)};
 }
 
 void takePoses(Model& model, const GraphSolution& solution)
@@ -70,7 +71,7 @@ std::shared_ptr<const SettledGroup> findSettled(const Model& model, const Settle
 }
 
 /// Solves one group by itself: nothing that happens to the others moves it.
-void settle(SettledGroup& group)
+void settle(const Model& model, SettledGroup& group)
 {
     std::map<int, int> place;
     for (const int n : group.nodes)
@@ -78,7 +79,13 @@ void settle(SettledGroup& group)
     std::vector<GraphEdge> graph;
     std::vector<char> held;
     for (const SettledGroup::Measurement& m : group.measurements) {
-        graph.push_back({place.at(m.node_0), place.at(m.node_1), m.pose.get(), m.connector});
+        std::vector<GraphEdge::Tie> ties;
+        for (GraphEdge::Tie tie : tiesOf(model, *m.pose)) {
+            const auto i = place.find(tie.i), j = place.find(tie.j);
+            if (i == place.end() || j == place.end()) continue;
+            ties.push_back({i->second, j->second, tie.log_ratio, tie.sigma});
+        }
+        graph.push_back({place.at(m.node_0), place.at(m.node_1), m.pose.get(), m.connector, std::move(ties)});
         held.push_back(m.held);
     }
     GraphSolution solution = solvePoseGraph(int(group.nodes.size()), graph, held);
@@ -107,6 +114,16 @@ void takePoses(Model& model)
 
 } // namespace
 
+std::vector<GraphEdge::Tie> tiesOf(const Model& model, const PairPose& pose)
+{
+    std::vector<GraphEdge::Tie> ties;
+    for (const LengthTie& tie : pose.ties) {
+        const int i = model.findNode(tie.name_0), j = model.findNode(tie.name_1);
+        if (i >= 0 && j >= 0) ties.push_back({i, j, tie.log_ratio, tie.sigma});
+    }
+    return ties;
+}
+
 LinkValues valuesByPoses(const Model& model, int node_0, int node_1)
 {
     const Node &a = model.nodes[node_0], &b = model.nodes[node_1];
@@ -125,7 +142,7 @@ void solveAfterAdding(Model& model)
         const Edge& edge = model.edges[e];
         if (edge.origin == Origin::Matched && edge.reliability < kBelievable) continue;
         believed.push_back(e);
-        graph.push_back(graphEdge(edge));
+        graph.push_back(graphEdge(model, edge));
         held.push_back(edge.link);
     }
     const GraphSolution solution = solvePoseGraph(int(model.nodes.size()), graph, held);
@@ -167,7 +184,7 @@ void relocate(Model& model)
     for (SettledGroup& group : next) {
         std::shared_ptr<const SettledGroup> known = findSettled(model, group);
         if (!known) {
-            settle(group);
+            settle(model, group);
             known = std::make_shared<const SettledGroup>(std::move(group));
         }
         settled.push_back(std::move(known));
