@@ -29,27 +29,27 @@ FEATURES = [
     ("lean beyond 1 degree", lambda r: min(max(0.0, float(r["lean_deg"]) - 1.0), 5.0), -1),
 ]
 FEWEST = 20  # inliers; a pose with fewer is not believed
+FEWEST_RANGED = 5.0  # the same with ranges, of the support
 
 
 def support(r):
     return max(float(r["inliers"]), 0.5 * float(r["guided"]) - 2.0 * float(r["chance"]))
 
 
-def seen_through(r):
-    """Of what both could see, the share that one of them saw through."""
-    agree, violation = float(r["agree"]), float(r["violation"])
-    return violation / max(1e-9, agree + violation)
+def mute(r):
+    """Of the places that both must show, the silent share beyond what right poses have."""
+    return max(0.0, float(r["silent_share"]) - 0.3) if int(r["silent_places"]) >= 8 else 0.0
 
 
 RANGE_FEATURES = [
     ("log of the support", lambda r: math.log(max(3.0, min(support(r), 60.0))), 1),
     ("occupied cells", lambda r: min(float(r["cells"]), 8.0), 1),
-    ("log of the share seen through", lambda r: math.log(max(0.003, min(seen_through(r), 0.5))), -1),
-    ("share in front of what the other sees", lambda r: min(float(r["violation"]), 0.3), -1),
-    ("log of the share that agrees", lambda r: math.log(max(0.005, min(float(r["agree"]), 0.5))), 1),
+    ("log of the square metres seen through", lambda r: math.log(0.1 + min(float(r["walls_moved_m2"]), 10.0)), -1),
+    ("log of the square metres that agree", lambda r: math.log(1.0 + min(float(r["walls_agree_m2"]), 30.0)), 1),
+    ("silent places beyond 0.3", mute, -1),
     ("second pose's share", lambda r: min(1.0, float(r["second_share"]) * float(r["inliers"]) / max(1.0, support(r))), -1),
     ("whitened residual beyond 2", lambda r: max(0.0, min(float(r["rms"]), 8.0) - 2.0), -1),
-    ("lean beyond 3 degrees", lambda r: max(0.0, min(float(r["lean_deg"]), 10.0) - 3.0), -1),
+    ("lean beyond 2 degrees", lambda r: max(0.0, min(float(r["lean_deg"]), 8.0) - 2.0), -1),
     ("another level", lambda r: 1.0 if abs(float(r["floor_step_m"])) > 0.15 else 0.0, -1),
 ]
 
@@ -79,7 +79,7 @@ def judged_one_sided(r):
 
 
 def judged_with_ranges(r):
-    return r["metric"] == "1" and int(r["inliers"]) >= 5 and support(r) >= 8.0 and int(r["samples"]) >= 200
+    return r["metric"] == "1" and int(r["inliers"]) >= 5 and support(r) >= FEWEST_RANGED and int(r["samples"]) >= 200
 
 
 def judged_without(r):

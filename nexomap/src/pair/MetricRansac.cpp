@@ -114,14 +114,16 @@ std::vector<int> rangedInliers(const std::vector<Correspondence>& matches, const
 }
 
 std::optional<PoseHypothesis> estimateMetricPose(const std::vector<Correspondence>& matches,
-                                                 const std::vector<bool>& skip, PairRandom& random)
+                                                 const std::vector<bool>& skip, PairRandom& random,
+                                                 const Eigen::Matrix3d& level_0,
+                                                 const Eigen::Matrix3d& level_1)
 {
     Points points;
     for (std::size_t i = 0; i < matches.size(); ++i) {
         if (!matches[i].ranged() || (!skip.empty() && skip[i])) continue;
         points.index.push_back(int(i));
-        points.p0.push_back(matches[i].point_0());
-        points.p1.push_back(matches[i].point_1());
+        points.p0.push_back(level_0 * matches[i].point_0());
+        points.p1.push_back(level_1 * matches[i].point_1());
         points.tolerance2.push_back(std::pow(pointTolerance(matches[i]), 2));
     }
     const int count = int(points.index.size());
@@ -152,7 +154,8 @@ std::optional<PoseHypothesis> estimateMetricPose(const std::vector<Correspondenc
     }
     if (polished_score <= 0.0) return std::nullopt;
     PoseHypothesis hypothesis;
-    hypothesis.pose = best_polished;
+    hypothesis.pose.R = level_0.transpose() * best_polished.R * level_1;
+    hypothesis.pose.t = level_0.transpose() * best_polished.t;
     for (std::size_t i = 0; i < points.p0.size(); ++i)
         if ((best_polished * points.p1[i] - points.p0[i]).squaredNorm() < points.tolerance2[i])
             hypothesis.inliers.push_back(points.index[i]);

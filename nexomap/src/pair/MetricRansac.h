@@ -35,7 +35,10 @@ std::vector<int> rangedInliers(const std::vector<Correspondence>& matches, const
 /// matches (heading and translation), each new best one polished with all six degrees of freedom on its
 /// inliers (Chum et al. 2003, locally optimised).
 /// @param skip  correspondences left out, or empty: flags by index
-std::optional<PoseHypothesis> estimateMetricPose(const std::vector<Correspondence>& matches,
-                                                 const std::vector<bool>& skip, PairRandom& random);
+/// @param level_0, level_1  turn each panorama's vertical onto z
+std::optional<PoseHypothesis>
+estimateMetricPose(const std::vector<Correspondence>& matches, const std::vector<bool>& skip,
+                   PairRandom& random, const Eigen::Matrix3d& level_0 = Eigen::Matrix3d::Identity(),
+                   const Eigen::Matrix3d& level_1 = Eigen::Matrix3d::Identity());
 
 } // namespace nexomap

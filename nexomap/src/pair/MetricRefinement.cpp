@@ -124,18 +124,23 @@ int addSurfaceTerms(const std::vector<std::pair<double, Vector6d>>& rows, double
     return int(rows.size());
 }
 
-void addTiltPrior(const RigidPose& pose, Normal* normal)
+void addTiltPrior(const RigidPose& pose, const Eigen::Vector3d& up_0, const Eigen::Vector3d& up_1,
+                  Normal* normal)
 {
+    Eigen::Matrix<double, 2, 3> across; // the two level directions of 0
+    across.row(0) = up_0.unitOrthogonal().transpose();
+    across.row(1) = up_0.cross(up_0.unitOrthogonal()).transpose();
     Eigen::Matrix<double, 2, 6> jacobian = Eigen::Matrix<double, 2, 6>::Zero();
-    jacobian.leftCols<3>() = (-pose.R * crossMatrix(Eigen::Vector3d::UnitZ())).topRows<2>();
-    const Eigen::Vector2d residual = pose.R.col(2).head<2>();
+    jacobian.leftCols<3>() = -across * pose.R * crossMatrix(up_1);
+    const Eigen::Vector2d residual = across * (pose.R * up_1);
     normal->add(residual, jacobian, 1.0 / (kTiltSigma * kTiltSigma));
 }
 
 RefinedPose refine(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
                    const RigidPose& start, const Schedule& schedule, const RangeMap* map_0,
                    const RangeMap* map_1, const std::vector<SurfaceSample>* surfaces_0,
-                   const std::vector<SurfaceSample>* surfaces_1)
+                   const std::vector<SurfaceSample>* surfaces_1, const Eigen::Vector3d& up_0,
+                   const Eigen::Vector3d& up_1)
 {
     RefinedPose refined;
     refined.pose = start;
@@ -153,7 +158,7 @@ RefinedPose refine(const std::vector<Correspondence>& matches, const std::vector
             refined.surface_pairs = addSurfaceTerms(rows, schedule.plane_pairs, &normal);
         }
         refined.information = normal.matrix;
-        addTiltPrior(refined.pose, &normal);
+        addTiltPrior(refined.pose, up_0, up_1, &normal);
         normal.matrix.diagonal().array() += 1e-6;
         const Vector6d step = normal.matrix.ldlt().solve(normal.right);
         if (!step.allFinite() || step.head<3>().norm() > 0.5 || step.tail<3>().norm() > 2.0) break;
@@ -168,17 +173,19 @@ RefinedPose refine(const std::vector<Correspondence>& matches, const std::vector
 RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
                              const RigidPose& start, const RangeMap* map_0, const RangeMap* map_1,
                              const std::vector<SurfaceSample>* surfaces_0,
-                             const std::vector<SurfaceSample>* surfaces_1)
+                             const std::vector<SurfaceSample>* surfaces_1, const Eigen::Vector3d& up_0,
+                             const Eigen::Vector3d& up_1)
 {
-    return refine(matches, inliers, start, {}, map_0, map_1, surfaces_0, surfaces_1);
+    return refine(matches, inliers, start, {}, map_0, map_1, surfaces_0, surfaces_1, up_0, up_1);
 }
 
 RefinedPose refineDensely(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
-                          const RigidPose& start, const RangeMap& map_0, const RangeMap& map_1)
+                          const RigidPose& start, const RangeMap& map_0, const RangeMap& map_1,
+                          const Eigen::Vector3d& up_0, const Eigen::Vector3d& up_1)
 {
     const auto surfaces_0 = sampleSurfaces(map_0, kDenseSamples),
                surfaces_1 = sampleSurfaces(map_1, kDenseSamples);
-    return refine(matches, inliers, start, kDense, &map_0, &map_1, &surfaces_0, &surfaces_1);
+    return refine(matches, inliers, start, kDense, &map_0, &map_1, &surfaces_0, &surfaces_1, up_0, up_1);
 }
 
 } // namespace nexomap

@@ -24,14 +24,19 @@ struct RefinedPose
 /// upright. With surface samples it also aligns the two range maps point to plane (Chen and Medioni 1992),
 /// keeping only what both see.
 /// @param surfaces_0, surfaces_1  null: matches alone
+/// @param up_0, up_1  the vertical in each panorama's frame, unit vectors
 RefinedPose refineMetricPose(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
                              const RigidPose& start, const RangeMap* map_0, const RangeMap* map_1,
                              const std::vector<SurfaceSample>* surfaces_0,
-                             const std::vector<SurfaceSample>* surfaces_1);
+                             const std::vector<SurfaceSample>* surfaces_1,
+                             const Eigen::Vector3d& up_0 = Eigen::Vector3d::UnitZ(),
+                             const Eigen::Vector3d& up_1 = Eigen::Vector3d::UnitZ());
 
 /// The last millimetre of a pose that is known to be right: four times as many surface samples, which count
 /// far more beside the matches. Costs about 30 ms.
 RefinedPose refineDensely(const std::vector<Correspondence>& matches, const std::vector<int>& inliers,
-                          const RigidPose& start, const RangeMap& map_0, const RangeMap& map_1);
+                          const RigidPose& start, const RangeMap& map_0, const RangeMap& map_1,
+                          const Eigen::Vector3d& up_0 = Eigen::Vector3d::UnitZ(),
+                          const Eigen::Vector3d& up_1 = Eigen::Vector3d::UnitZ());
 
 } // namespace nexomap

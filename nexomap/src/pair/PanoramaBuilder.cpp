@@ -6,6 +6,7 @@
 
 #include "nexomap/src/pair/FaceFeatures.h"
 #include "nexomap/src/pair/RangeReduction.h"
+#include "nexomap/src/pair/Vertical.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -48,7 +49,7 @@ std::unique_ptr<Panorama> buildPanorama(const std::string& id, const cv::Mat3b& 
         for (std::size_t i = 0; i < panorama->features.size(); ++i)
             panorama->features.ranges_m[i] =
                 surfaceRange(panorama->range, panorama->features.bearings[i].cast<double>());
-        panorama->camera_height_m = cameraHeight(panorama->range);
+        panorama->camera_height_m = cameraHeight(panorama->range, uprightOf(panorama->range));
     }
     panorama->preview = makePreview(equirect, extent);
     return panorama;

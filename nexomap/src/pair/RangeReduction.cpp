@@ -110,7 +110,7 @@ float surfaceRange(const RangeMap& map, const Eigen::Vector3d& direction)
     return std::abs(range - median) < 2.0 * kEdgeShare * median ? float(range) : 0.f;
 }
 
-double cameraHeight(const RangeMap& map)
+double cameraHeight(const RangeMap& map, const Eigen::Vector3d& up)
 {
     if (map.empty()) return 0.0;
     constexpr double kBin_m = 0.02;
@@ -120,8 +120,8 @@ double cameraHeight(const RangeMap& map)
         for (int x = 0; x < kRangeWidth; x += 4) {
             const float near = map.range_m(y + 6, x), far = map.range_m(y, x);
             if (!(near > 0.f) || !(far > 0.f) || map.edge(y, x)) continue;
-            const double height = -far * grid.direction(x + 0.5, y + 0.5).z();
-            const double height_near = -near * grid.direction(x + 0.5, y + 6.5).z();
+            const double height = -far * grid.direction(x + 0.5, y + 0.5).dot(up);
+            const double height_near = -near * grid.direction(x + 0.5, y + 6.5).dot(up);
             if (std::abs(height - height_near) > 0.02 + 0.01 * far) continue; // not level
             const int bin = int(height / kBin_m);
             // Weighted by the area that the sample covers on a level surface.

@@ -26,6 +26,7 @@ RangeMap rangeMapFromPicture(const cv::Mat1w& raw, float unit_m);
 float surfaceRange(const RangeMap& map, const Eigen::Vector3d& direction);
 
 /// Height of the camera above the floor: the strongest level surface below the horizon. 0 without one.
-double cameraHeight(const RangeMap& map);
+/// @param up  the vertical in the map's frame, unit vector
+double cameraHeight(const RangeMap& map, const Eigen::Vector3d& up = Eigen::Vector3d::UnitZ());
 
 } // namespace nexomap

@@ -64,25 +64,29 @@ void countPlaces(const std::vector<Correspondence>& matches, const std::vector<i
     evidence->inlier_share = matches.empty() ? 0.0 : double(inliers.size()) / double(matches.size());
 }
 
+/// What range maps say where few upright planes are seen: free space, place by place.
+double freeSpace(const Evidence& e)
+{
+    const double seen = e.ranges.agree + e.ranges.violation;
+    const double clear = seen > 0.0 ? e.ranges.agree / seen : 0.0; // agreement where neither hides the other
+    return std::min(50.0 * (clear - 0.95), 3.0) - (e.ranges.agree < 0.02 ? 8.0 : 0.0);
+}
+
 double metricReliability(const Evidence& e)
 {
     // A right pose finds more matches than it was made from; those count half, less what chance finds.
     const double support = std::max(double(e.inliers), 0.5 * e.guided - 2.0 * e.chance);
-    if (e.inliers < 5 || support < 8.0 || e.ranges.samples < 200) return 0.0;
-    const double seen = e.ranges.agree + e.ranges.violation;
-    const double clear = seen > 0.0 ? e.ranges.agree / seen : 0.0; // agreement where neither hides the other
-    // However many matches agree, copies of a room or of a desk make as many: they are capped, free space
-    // decides.
-    const double matched = 0.25 * (std::min(support, 30.0) - 12.0) + 0.3 * (std::min(e.cells, 8) - 3) +
-                           0.1 * (std::min(e.guided - 4.0 * e.chance, 60.0) - 20.0);
-    double z = std::min(matched, 3.5) + std::min(50.0 * (clear - 0.95), 3.0);
-    z -= 6.0 * std::max(0.0, e.second_share * e.inliers / support - 0.4);
-    z -= std::max(0.0, e.rms - 4.5);
-    z -= std::max(0.0, e.lean / kDegree - 3.0);
+    if (e.inliers < 5 || support < 7.0 || e.ranges.samples < 200) return 0.0;
+    // Weights after benchmarks/linking/fit_reliability.py --ranges, wrong poses counted threefold. However
+    // many matches agree, copies of a room or of a desk make as many: whole pieces of wall decide.
+    double z = -2.45 + 0.34 * std::log(std::min(support, 60.0)) + 0.15 * std::min(e.cells, 8);
+    z += e.walls.agree_m2 < 3.0 ? freeSpace(e) : -1.6 * std::log(0.05 + std::min(e.walls.moved_m2, 10.0));
+    z -= 1.4 * std::min(1.0, e.second_share * e.inliers / support);
+    z -= std::max(0.0, e.rms - 6.0);
+    z -= std::max(0.0, e.lean / kDegree - 2.0);
     if (std::abs(e.floor_step_m) > 0.15) z -= 2.0; // another level: there are stairs, but few
-    // Right poses are silent in a tenth of the places, in two fifths at most where furniture was moved.
-    if (e.silent.places >= 8) z -= 25.0 * std::max(0.0, e.silent.share - 0.4);
-    if (e.ranges.agree < 0.02) z -= 8.0; // too little in common to be confirmed
+    // Right poses are silent in a tenth of the places, in three fifths at most where furniture was moved.
+    if (e.silent.places >= 8) z -= 10.5 * std::max(0.0, e.silent.share - 0.3);
     return logistic(z);
 }
 

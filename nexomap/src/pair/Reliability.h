@@ -4,6 +4,7 @@
 #pragma once
 
 #include "nexomap/src/pair/Correspondence.h"
+#include "nexomap/src/pair/MovedWalls.h"
 #include "nexomap/src/pair/OneSidedSight.h"
 #include "nexomap/src/pair/RangeAgreement.h"
 #include "nexomap/src/pair/SilentPlaces.h"
@@ -29,6 +30,7 @@ struct Evidence
         0.0;               ///< metric: from one floor up to the other, range on one side: between the cameras
     RangeAgreement ranges; ///< metric only
     SilentPlaces silent;   ///< metric only
+    MovedWalls walls;      ///< metric only
     OneSidedSight sight;   ///< range on one side only
     double position_sigma_m = 0.0; ///< uncertainty of t, range on one side only
 };

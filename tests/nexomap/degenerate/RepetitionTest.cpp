@@ -53,13 +53,14 @@ TEST_F(DegenerateRepetition, ARoomThatIsTheSameTurnedRoundGivesOneOfItsTwoPlaces
 }
 
 /// Two closed rooms with the same paint and furniture, 20 m apart.
-BoxPlace twinRooms()
+/// @param longer_m  the second's length less the first's
+BoxPlace twinRooms(double longer_m = 0.0)
 {
     BoxPlace place;
     for (int k = 0; k < 2; ++k) {
         const Eigen::Vector3d at(20.0 * k, 0, 0);
         place.origin = at;
-        place.room(at, at + Eigen::Vector3d(6, 4.5, 2.7), 500);
+        place.room(at, at + Eigen::Vector3d(6 + k * longer_m, 4.5, 2.7), 500);
         place.box(at + Eigen::Vector3d(4.0, 3.6, 0), at + Eigen::Vector3d(5.5, 4.5, 0.8), 511);
         place.box(at + Eigen::Vector3d(0.6, 0, 0), at + Eigen::Vector3d(2.0, 0.6, 2.0), 512);
     }
@@ -76,6 +77,57 @@ TEST_F(DegenerateRepetition, ClosedTwinRoomsAlikeInEverythingKeepTheirOwnLinksRi
     takeAll(twinRooms(), kInTwins, true);
     EXPECT_LT(errorOf(0, 1).metres, 0.05);
     EXPECT_LT(errorOf(2, 3).metres, 0.05);
+}
+
+TEST_F(DegenerateRepetition, TwinRoomsOfWhichOneIsLongerStayApart)
+{
+    // The far wall stands elsewhere; all else agrees, and matches.
+    for (const double longer_m : {0.8, 0.3, -0.5}) {
+        takeAll(twinRooms(longer_m), kInTwins, true);
+        EXPECT_TRUE(linked(0, 1)) << longer_m;
+        EXPECT_TRUE(linked(2, 3)) << longer_m;
+        EXPECT_EQ(wrongLinks(0.5, 0.05), 0) << longer_m;
+        EXPECT_EQ(NexomapGetPanoGroupNum(), 2) << longer_m;
+    }
+}
+
+/// Twin rooms, each with a door to a lobby of its own: one 1.2 m deep, the other 3 m.
+BoxPlace twinRoomsWithLobbies()
+{
+    BoxPlace place;
+    for (int k = 0; k < 2; ++k) {
+        const Eigen::Vector3d at(20.0 * k, 0, 0);
+        const auto put = [&](const Eigen::Vector3d& low, const Eigen::Vector3d& high, std::uint32_t key) {
+            place.box(at + low, at + high, key);
+        };
+        place.origin = at;
+        put({0, -4, -0.1}, {6, 4.5, 0}, 520);
+        put({0, -4, 2.7}, {6, 4.5, 2.8}, 521);
+        put({-0.1, -4, 0}, {0, 4.5, 2.7}, 522);
+        put({6, -4, 0}, {6.1, 4.5, 2.7}, 523);
+        put({0, 4.5, 0}, {6, 4.6, 2.7}, 524);
+        put({0, -0.1, 0}, {2.6, 0, 2.7}, 525);
+        put({3.5, -0.1, 0}, {6, 0, 2.7}, 526);
+        put({2.6, -0.1, 2.1}, {3.5, 0, 2.7}, 527);
+        put({4.0, 3.6, 0}, {5.5, 4.5, 0.8}, 528);
+        put({0.6, 0, 0}, {2.0, 0.6, 2.0}, 529);
+        const double depth = k ? 3.0 : 1.2;
+        put({0, -depth - 0.1, 0}, {6, -depth, 2.7}, 530 + std::uint32_t(k));
+    }
+    return place;
+}
+
+TEST_F(DegenerateRepetition, TwinRoomsThatDifferInTheViewThroughTheirDoorsStayApart)
+{
+    // All four see some of the same part of what is behind the door.
+    takeAll(twinRoomsWithLobbies(),
+            {standAt(2.5, 3.0, 1.5, 0.4), standAt(3.5, 1.8, 1.5, -1.9), standAt(22.9, 2.3, 1.5, 0.9),
+             standAt(23.3, 3.4, 1.5, 2.9)},
+            true);
+    EXPECT_TRUE(linked(0, 1));
+    EXPECT_TRUE(linked(2, 3));
+    EXPECT_EQ(wrongLinks(0.5, 0.05), 0);
+    EXPECT_EQ(NexomapGetPanoGroupNum(), 2);
 }
 
 /// 40 m with ten equal doors on either side.
