@@ -55,6 +55,7 @@ struct Panorama
     Features features;
     RangeMap range;
     cv::Mat3b preview;            ///< 1024 x 512, BGR, for match pictures
+    std::string remark;           ///< what is wrong with its lidar, and done about it; mostly empty
     double camera_height_m = 0.0; ///< above the floor, by the range map; 0: unknown
 
     bool metric() const { return !range.empty(); }

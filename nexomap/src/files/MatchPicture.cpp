@@ -58,6 +58,14 @@ void write(cv::Mat3b& picture, const std::string& text, int y)
     cv::putText(picture, text, {10, y}, cv::FONT_HERSHEY_SIMPLEX, 0.48, {40, 40, 40}, 1, cv::LINE_AA);
 }
 
+/// In red on white, at the top of a panorama.
+void remark(cv::Mat3b& picture, const std::string& text, int top)
+{
+    if (text.empty()) return;
+    cv::rectangle(picture, {4, top + 4, 12 + 9 * int(text.size()), 20}, {255, 255, 255}, cv::FILLED);
+    cv::putText(picture, text, {10, top + 19}, cv::FONT_HERSHEY_SIMPLEX, 0.45, {0, 0, 255}, 1, cv::LINE_AA);
+}
+
 } // namespace
 
 cv::Mat3b drawMatch(const Panorama& panorama_0, const Panorama& panorama_1, const PairPose& pose,
@@ -91,6 +99,8 @@ cv::Mat3b drawMatch(const Panorama& panorama_0, const Panorama& panorama_1, cons
         cv::rectangle(picture, at + cv::Point(-3, -14), at + cv::Point(305, 5), {255, 255, 255}, cv::FILLED);
         cv::putText(picture, text, at, cv::FONT_HERSHEY_SIMPLEX, 0.45, red, 1, cv::LINE_AA);
     }
+    remark(picture, panorama_0.remark, kCaption);
+    remark(picture, panorama_1.remark, kCaption + kHeight + kGap);
     char numbers[160];
     const int length = std::snprintf(numbers, sizeof numbers, "%s, %zu of %d matches fit, reliability %.2f",
                                      caption.origin, pose.inliers.size(), pose.matches, caption.reliability);

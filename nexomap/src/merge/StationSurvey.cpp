@@ -39,6 +39,10 @@ std::uint64_t blockKey(const Eigen::Vector3f& world)
 RangePicture rangesOf(const MergeStation& station, const FrontEnd& front_end, std::string* error)
 {
     RangePicture picture;
+    if (station.loaded && !station.loaded->metric() && !station.loaded->remark.empty()) {
+        *error = station.path + ": " + station.loaded->remark;
+        return picture;
+    }
     if (front_end.ranges) picture = front_end.ranges(station.path, station.name, error);
     if (picture.empty() && station.loaded && station.loaded->metric()) {
         const RangeMap& map = station.loaded->range;

@@ -5,10 +5,14 @@
 #include "nexomap/src/pair/PanoramaBuilder.h"
 
 #include "nexomap/src/pair/FaceFeatures.h"
+#include "nexomap/src/pair/RangePlacement.h"
 #include "nexomap/src/pair/RangeReduction.h"
+#include "nexomap/src/pair/Sphere.h"
 #include "nexomap/src/pair/Vertical.h"
 
 #include <opencv2/imgproc.hpp>
+
+#include <cstdio>
 
 namespace nexomap {
 namespace {
@@ -44,14 +48,22 @@ std::unique_ptr<Panorama> buildPanorama(const std::string& id, const cv::Mat3b& 
     cv::Mat1b gray;
     cv::cvtColor(equirect, gray, cv::COLOR_BGR2GRAY);
     panorama->features = extractFeatures(gray, extent);
+    panorama->preview = makePreview(equirect, extent);
     panorama->range = std::move(range);
+    if (const double turn = rangeTurnedBy(panorama->preview, panorama->range); turn != 0.0) {
+        // Which of the two is right cannot be known: the picture alone is what the visitor sees.
+        char text[96];
+        std::snprintf(text, sizeof text, "lidar not used: it is turned by %.1f degrees against the picture",
+                      std::abs(turn) / kDegree);
+        panorama->remark = text;
+        panorama->range = {};
+    }
     if (!panorama->range.empty()) {
         for (std::size_t i = 0; i < panorama->features.size(); ++i)
             panorama->features.ranges_m[i] =
                 surfaceRange(panorama->range, panorama->features.bearings[i].cast<double>());
         panorama->camera_height_m = cameraHeight(panorama->range, uprightOf(panorama->range));
     }
-    panorama->preview = makePreview(equirect, extent);
     return panorama;
 }
 
