@@ -30,6 +30,7 @@ FEATURES = [
 ]
 FEWEST = 20  # inliers; a pose with fewer is not believed
 FEWEST_RANGED = 5.0  # the same with ranges, of the support
+WRONG = 1.0  # how often a wrong pose counts
 
 
 def support(r):
@@ -44,8 +45,7 @@ def mute(r):
 RANGE_FEATURES = [
     ("log of the support", lambda r: math.log(max(3.0, min(support(r), 60.0))), 1),
     ("occupied cells", lambda r: min(float(r["cells"]), 8.0), 1),
-    ("log of the square metres seen through", lambda r: math.log(0.1 + min(float(r["walls_moved_m2"]), 10.0)), -1),
-    ("log of the square metres that agree", lambda r: math.log(1.0 + min(float(r["walls_agree_m2"]), 30.0)), 1),
+    ("log of the square metres seen through", lambda r: math.log(0.05 + min(float(r["walls_moved_m2"]), 10.0)), -1),
     ("silent places beyond 0.3", mute, -1),
     ("second pose's share", lambda r: min(1.0, float(r["second_share"]) * float(r["inliers"]) / max(1.0, support(r))), -1),
     ("whitened residual beyond 2", lambda r: max(0.0, min(float(r["rms"]), 8.0) - 2.0), -1),
@@ -114,10 +114,11 @@ def newton(x, y, used, ridge):
         for row, target in zip(x, y):
             values = [row[k] if k < len(FEATURES) else 1.0 for k in columns]
             p = logistic(sum(w[k] * v for k, v in zip(columns, values)))
+            count = 1.0 if target else WRONG
             for a, u in enumerate(values):
-                gradient[a] += (p - target) * u
+                gradient[a] += count * (p - target) * u
                 for b, v in enumerate(values):
-                    hessian[a][b] += p * (1.0 - p) * u * v
+                    hessian[a][b] += count * p * (1.0 - p) * u * v
         step = solve(hessian, gradient)
         for k, s in zip(columns, step):
             w[k] -= s
@@ -160,13 +161,13 @@ def calibration(p, y, bins=10):
 
 
 def main():
-    global FEATURES
+    global FEATURES, WRONG
     paths = [path for path in sys.argv[1:] if path not in ("--ranges", "--one-sided")]
     if not paths:
         sys.exit(__doc__)
     judged = judged_without
     if "--ranges" in sys.argv:
-        FEATURES, judged = RANGE_FEATURES, judged_with_ranges
+        FEATURES, judged, WRONG = RANGE_FEATURES, judged_with_ranges, 3.0
     if "--one-sided" in sys.argv:
         FEATURES, judged = ONE_SIDED_FEATURES, judged_one_sided
     rows = []

@@ -79,11 +79,8 @@ double metricReliability(const Evidence& e)
     if (e.inliers < 5 || support < 7.0 || e.ranges.samples < 200) return 0.0;
     // Weights after benchmarks/linking/fit_reliability.py --ranges, wrong poses counted threefold. However
     // many matches agree, copies of a room or of a desk make as many: whole pieces of wall decide.
-    double z = -2.45 + 0.34 * std::log(std::min(support, 60.0)) + 0.15 * std::min(e.cells, 8);
-    // Where much else agrees, what was moved counts for less.
-    const double moved_m2 =
-        e.walls.moved_m2 * std::min(1.0, std::sqrt(20.0 / std::max(1.0, e.walls.agree_m2)));
-    z += e.walls.agree_m2 < 3.0 ? freeSpace(e) : -1.6 * std::log(0.05 + std::min(moved_m2, 10.0));
+    double z = -2.0 + 0.34 * std::log(std::min(support, 60.0)) + 0.15 * std::min(e.cells, 8);
+    z += e.walls.agree_m2 < 3.0 ? freeSpace(e) : -1.6 * std::log(0.05 + std::min(e.walls.moved_m2, 10.0));
     z -= 1.4 * std::min(1.0, e.second_share * e.inliers / support);
     z -= std::max(0.0, e.rms - 6.0);
     z -= std::max(0.0, e.lean / kDegree - 2.0);

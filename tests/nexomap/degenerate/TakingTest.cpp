@@ -98,7 +98,7 @@ TEST_F(DegenerateTaking, ThirtyPercentOfTheFurnitureMovedIsLinkedRight)
         BoxPlace place;
         place.room({0, 0, 0}, {6, 4.5, 2.7}, 1200);
         for (int k = 0; k < 10; ++k) {
-            const double shift = later && k % 3 == 0 ? 0.35 : 0.0;
+            const double shift = later && k % 3 == 1 ? 0.35 : 0.0;
             const double x = 0.3 + 0.55 * k + shift, y = k % 2 ? 0.1 : 3.7;
             place.box({x, y, 0}, {x + 0.45, y + 0.7, 0.5 + 0.15 * k}, 1210 + std::uint32_t(k));
         }
