@@ -61,8 +61,8 @@ TEST(LengthTies, ATableTopIsNoFloor)
     std::vector<double> drops;
     for (int k = 0; k < 8; ++k)
         drops.push_back(0.64 + 0.001 * k);
-    for (int k = 0; k < 12; ++k)
-        drops.push_back(0.8 + 0.07 * k); // legs, chairs, the wall below the window
+    for (int k = 0; k < 20; ++k)
+        drops.push_back(0.8 + 0.045 * k); // legs, chairs, the wall below the window
     for (int k = 0; k < 160; ++k)
         drops.push_back(-0.5 + 0.005 * k);
     EXPECT_EQ(floorDrop(drops), 0.0);

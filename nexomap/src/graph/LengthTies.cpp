@@ -212,8 +212,8 @@ double floorDrop(std::vector<double>& drops)
         const double deeper = within(drops[a] * kWindow, 1e300);
         const double about = within(drops[a] / 1.2, drops[a] * 1.2) - count;
         const bool stands_out = count >= 4.0 + 3.0 * about * (kWindow - 1.0) / 0.37;
-        // A table's top has more of the room below it than a floor has of noise.
-        const double stray = std::max(2.0, std::min(0.1 * double(drops.size()), 0.5 * count));
+        // A table's top has far more of the room below it than a floor has of noise.
+        const double stray = std::max(2.0, std::min(0.1 * double(drops.size()), 2.0 * count));
         if (count <= best || !stands_out || deeper > stray) continue;
         best = count;
         floor = drops[a + std::size_t(count) / 2];

@@ -116,6 +116,9 @@ public:
         int sets = 0;
         m_set = tiedSets(nodes, m_graph, m_kept, ties, &sets);
         m_members.resize(std::size_t(sets));
+        m_floor.assign(std::size_t(sets), 0);
+        for (const Tie& tie : floorTies(nodes, m_graph, m_kept))
+            if (tie.a < int(m_graph.size())) m_floor[std::size_t(m_set[std::size_t(tie.a)])] = 1;
         const std::map<NodePair, std::vector<Meeting>> all = meetings();
         if (all.empty()) return {};
         m_lengths = solveTies({int(m_graph.size()), nodes}, ties);
@@ -187,7 +190,10 @@ private:
             for (std::size_t t = 0; t < std::size(kTurns); ++t)
                 collect(meetings, k, a, b, kTurns[t] * kDegree, &chance[t]);
         }
-        collectFar(meetings, &votes, &chance);
+        // Further on stand the rooms that are alike: no doubt is cast on what the floor says.
+        if (!m_floor[std::size_t(m_set[std::size_t(meetings.front().a)])] ||
+            !m_floor[std::size_t(m_set[std::size_t(meetings.front().b)])])
+            collectFar(meetings, &votes, &chance);
         double height = 0.0, by_chance = 0.0;
         const double mode = modeOf(votes, &height);
         for (const std::vector<PooledVote>& turned : chance) {
@@ -332,6 +338,7 @@ private:
     std::vector<int> m_set;
     Eigen::VectorXd m_lengths;
     std::vector<std::vector<int>> m_members; ///< per set: nodes
+    std::vector<char> m_floor;               ///< per set: an edge of it sees the floor
     std::vector<double> m_size;              ///< per set: log of its size in the poses as they stand
 };
 
