@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 using namespace nexomap;
 
 namespace {
@@ -141,6 +143,27 @@ TEST(PoseGraph, TheSameEdgesGiveTheSameBits)
     for (int n = 0; n < 16; ++n) {
         EXPECT_EQ(a.poses[n].R, b.poses[n].R);
         EXPECT_EQ(a.poses[n].t, b.poses[n].t);
+    }
+}
+
+TEST(PoseGraph, WithoutScaleTheSameEdgesGiveTheSameBitsWhereverTheHeapPutsThem)
+{
+    MadeUpTour tour = grid(3);
+    tour.lidar = false;
+    tour.inliers = 200;
+    const GraphSolution first = graphOf(tour).solve(9);
+    std::mt19937 random(5);
+    std::vector<std::unique_ptr<char[]>> in_the_way;
+    for (int round = 0; round < 20; ++round) {
+        for (int k = 0; k < 200; ++k)
+            in_the_way.push_back(std::make_unique<char[]>(300 + random() % 400));
+        for (std::size_t k = 0; k < in_the_way.size(); k += 1 + random() % 2)
+            in_the_way[k].reset();
+        const GraphSolution again = graphOf(tour).solve(9);
+        for (int n = 0; n < 9; ++n) {
+            ASSERT_EQ(first.poses[n].R, again.poses[n].R) << round;
+            ASSERT_EQ(first.poses[n].t, again.poses[n].t) << round;
+        }
     }
 }
 

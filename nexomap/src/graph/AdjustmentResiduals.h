@@ -94,6 +94,14 @@ struct LengthResidual
     }
 };
 
+/// A panorama among the unknowns. The solver takes unknowns in the order of their addresses: only side by
+/// side they come in the same order, and the result with the same bits, wherever the heap puts them.
+struct StationUnknowns
+{
+    Eigen::Quaterniond rotation;
+    Eigen::Vector3d centre;
+};
+
 /// Points first: none touches another, and what is left couples stations that share features only.
 inline std::shared_ptr<ceres::ParameterBlockOrdering> pointsFirst(const ceres::Problem& problem,
                                                                   std::vector<Eigen::Vector3d>& points)

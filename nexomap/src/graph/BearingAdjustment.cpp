@@ -23,12 +23,9 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
         chosen[e] = kept[e] && scaleless[component[edges[e].i]];
 
     const int nodes = int(poses.size());
-    std::vector<Eigen::Quaterniond> rotations;
-    std::vector<Eigen::Vector3d> centres;
-    for (const Pose& pose : poses) {
-        rotations.emplace_back(pose.R);
-        centres.push_back(pose.t);
-    }
+    std::vector<StationUnknowns> stations;
+    for (const Pose& pose : poses)
+        stations.push_back({Eigen::Quaterniond(pose.R), pose.t});
     std::vector<FeatureTrack> tracks;
     std::vector<Eigen::Vector3d> points;
     std::vector<char> used(nodes, 0);
@@ -45,29 +42,29 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
     ceres::Problem problem;
     for (std::size_t k = 0; k < tracks.size(); ++k)
         for (const TrackView& view : tracks[k].views)
-            addView(view, rotations[view.node].coeffs().data(), centres[view.node].data(), points[k].data(),
-                    problem);
+            addView(view, stations[view.node].rotation.coeffs().data(), stations[view.node].centre.data(),
+                    points[k].data(), problem);
     std::map<int, int> members; // of each component the first
     for (int n = 0; n < nodes; ++n) {
         if (!used[n]) continue;
         members.emplace(component[n], n);
-        problem.SetManifold(rotations[n].coeffs().data(), new ceres::EigenQuaternionManifold);
+        problem.SetManifold(stations[n].rotation.coeffs().data(), new ceres::EigenQuaternionManifold);
         // The prior counts like a few features only, so that it settles the vertical without bending the
         // poses.
         problem.AddResidualBlock(
             new ceres::AutoDiffCostFunction<TiltResidual, 2, 4>(new TiltResidual{tilt_sigma_rad}), nullptr,
-            rotations[n].coeffs().data());
+            stations[n].rotation.coeffs().data());
     }
     for (std::size_t e = 0; e < edges.size(); ++e) {
         const int i = edges[e].i, j = edges[e].j;
-        const double length = (centres[i] - centres[j]).norm();
+        const double length = (stations[i].centre - stations[j].centre).norm();
         if (!chosen[e] || !used[i] || !used[j] || length < 1e-6) continue;
         problem.AddResidualBlock(
             new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(new LengthResidual{length}), nullptr,
-            centres[i].data(), centres[j].data());
+            stations[i].centre.data(), stations[j].centre.data());
     }
     for (const auto& [group, first] : members)
-        problem.SetParameterBlockConstant(centres[first].data());
+        problem.SetParameterBlockConstant(stations[first].centre.data());
     ceres::Solver::Options options;
     options.linear_solver_type = ceres::SPARSE_SCHUR;
     options.linear_solver_ordering = pointsFirst(problem, points);
@@ -80,8 +77,8 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
     if (!summary.IsSolutionUsable()) return;
     for (int n = 0; n < nodes; ++n) {
         if (!used[n]) continue;
-        poses[n].R = rotations[n].normalized().toRotationMatrix();
-        poses[n].t = centres[n];
+        poses[n].R = stations[n].rotation.normalized().toRotationMatrix();
+        poses[n].t = stations[n].centre;
     }
 }
 

@@ -78,10 +78,8 @@ public:
     explicit Refinement(const std::vector<Pose>& poses)
         : m_used(poses.size(), 0)
     {
-        for (const Pose& pose : poses) {
-            m_rotations.emplace_back(pose.R);
-            m_centres.push_back(pose.t);
-        }
+        for (const Pose& pose : poses)
+            m_stations.push_back({Eigen::Quaterniond(pose.R), pose.t});
     }
 
     void addPose(const GraphEdge& edge, const Matrix6d& information)
@@ -95,7 +93,7 @@ public:
     }
     void addLength(const GraphEdge& edge)
     {
-        const double length = (m_centres[edge.j] - m_centres[edge.i]).norm();
+        const double length = (m_stations[edge.j].centre - m_stations[edge.i].centre).norm();
         if (length < 1e-6) return;
         m_problem.AddResidualBlock(
             new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(new LengthResidual{length}), nullptr,
@@ -133,7 +131,8 @@ public:
         ceres::Solve(options, &m_problem, &summary);
         if (!summary.IsSolutionUsable()) return false;
         for (std::size_t n = 0; n < m_used.size(); ++n)
-            if (m_used[n]) poses[n] = {m_rotations[n].normalized().toRotationMatrix(), m_centres[n]};
+            if (m_used[n])
+                poses[n] = {m_stations[n].rotation.normalized().toRotationMatrix(), m_stations[n].centre};
         return true;
     }
 
@@ -141,12 +140,11 @@ private:
     double* rotation(int node)
     {
         m_used[node] = 1;
-        return m_rotations[node].coeffs().data();
+        return m_stations[node].rotation.coeffs().data();
     }
-    double* centre(int node) { return m_centres[node].data(); }
+    double* centre(int node) { return m_stations[node].centre.data(); }
 
-    std::vector<Eigen::Quaterniond> m_rotations;
-    std::vector<Eigen::Vector3d> m_centres;
+    std::vector<StationUnknowns> m_stations;
     std::vector<char> m_used;
     ceres::Problem m_problem;
 };
