@@ -5,6 +5,7 @@
 
 #include "nexomap/src/model/LinkChoice.h"
 #include "nexomap/src/links/SightLine.h"
+#include "nexomap/src/model/PoseSupport.h"
 #include "tests/nexomap/LibraryFixture.h"
 
 using namespace nexomap;
@@ -179,6 +180,29 @@ TEST(SightLine, AWallBlocksAndADoorDoesNot)
     EXPECT_TRUE(see(0, 1));  // the same room
     EXPECT_TRUE(see(0, 2));  // through the door
     EXPECT_FALSE(see(1, 3)); // through the wall
+}
+
+TEST(PoseSupport, AChainIsAsGoodAsItsWeakestEdgeAndTheStrongestChainCounts)
+{
+    Model model;
+    model.nodes.resize(5);
+    const auto join = [&](int a, int b, double reliability) {
+        Edge edge;
+        edge.node_0 = a;
+        edge.node_1 = b;
+        edge.reliability = reliability;
+        model.edges.push_back(edge);
+    };
+    join(0, 1, 0.99);
+    join(2, 1, 0.6);
+    join(2, 3, 0.98);
+    join(0, 2, 0.3);
+    const PoseSupport support(model);
+    EXPECT_EQ(support.between(0, 1), 0.99);
+    EXPECT_EQ(support.between(0, 2), 0.6);
+    EXPECT_EQ(support.between(3, 0), 0.6);
+    EXPECT_EQ(support.between(3, 2), 0.98);
+    EXPECT_EQ(support.between(0, 4), 0.0);
 }
 
 TEST(LinkChoiceRule, OnlyALongLinkPastAStationOnTheWayIsNeedless)

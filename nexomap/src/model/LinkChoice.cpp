@@ -5,6 +5,7 @@
 
 #include "nexomap/src/graph/GraphEdge.h"
 #include "nexomap/src/links/SightLine.h"
+#include "nexomap/src/model/PoseSupport.h"
 #include "nexomap/src/model/Relocation.h"
 
 #include <algorithm>
@@ -37,7 +38,7 @@ std::vector<Eigen::Vector3d> stationsOf(const Model& model)
     return stations;
 }
 
-Edge edgeByPose(const Model& model, int a, int b)
+Edge edgeByPose(const Model& model, const PoseSupport& support, int a, int b)
 {
     Edge edge;
     edge.node_0 = a;
@@ -52,13 +53,7 @@ Edge edgeByPose(const Model& model, int a, int b)
     pose.information.setZero();
     pose.information.diagonal().head<3>().setConstant(1.0 / (kPoseAngleSigma * kPoseAngleSigma));
     pose.information.diagonal().tail<3>().setConstant(1.0 / (kPoseSigma_m * kPoseSigma_m));
-    // As good as the weaker end is held by its best link.
-    double held_a = 0.0, held_b = 0.0;
-    for (const Edge& other : model.edges) {
-        if (other.node_0 == a || other.node_1 == a) held_a = std::max(held_a, other.reliability);
-        if (other.node_0 == b || other.node_1 == b) held_b = std::max(held_b, other.reliability);
-    }
-    pose.reliability = edge.reliability = 0.95 * std::min(held_a, held_b);
+    pose.reliability = edge.reliability = 0.95 * support.between(a, b);
     edge.pose = std::make_shared<const PairPose>(std::move(pose));
     edge.values = valuesByPoses(model, a, b);
     return edge;
@@ -83,13 +78,14 @@ void bridgeParts(Model& model, const Workplace& workplace)
     std::stable_sort(pairs.begin(), pairs.end(), [&](const NodePair& p, const NodePair& q) {
         return distance(model, p.first, p.second) < distance(model, q.first, q.second);
     });
+    const PoseSupport support(model);
     std::vector<int> part = components(model, true);
     for (const auto& [a, b] : pairs) {
         if (part[a] == part[b] || !sightLine(model, workplace, a, b)) continue;
         if (Edge* edge = model.edgeBetween(a, b))
             edge->link = true;
         else
-            model.edges.push_back(edgeByPose(model, a, b));
+            model.edges.push_back(edgeByPose(model, support, a, b));
         part = components(model, true);
     }
     std::vector<Edge*> hidden;
@@ -157,11 +153,12 @@ void addLinksByPose(Model& model, const Workplace& workplace, double farthest_m)
     std::stable_sort(pairs.begin(), pairs.end(), [&](const NodePair& p, const NodePair& q) {
         return distance(model, p.first, p.second) < distance(model, q.first, q.second);
     });
+    const PoseSupport support(model);
     for (const auto& [a, b] : pairs) {
         if (isNeedless(stations, linked, a, b) || !sightLine(model, workplace, a, b)) continue;
         // A pair that was matched but not shown keeps its measurement: only pairs without one are made here.
         if (model.edgeBetween(a, b)) continue;
-        model.edges.push_back(edgeByPose(model, a, b));
+        model.edges.push_back(edgeByPose(model, support, a, b));
         linked.add(a, b);
     }
 }
