@@ -61,6 +61,7 @@ SilentPlaces silentPlaces(const Panorama& panorama_0, const Panorama& panorama_1
     int silent = 0;
     const auto ask = [&](const std::map<Place, int>& expected, const std::map<Place, int>& matched) {
         for (const auto& [place, count] : expected) {
+            result.expected += count;
             if (count < kFewest) continue;
             ++result.places;
             const auto found = matched.find(place);
