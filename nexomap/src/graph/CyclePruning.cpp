@@ -19,8 +19,7 @@ constexpr double kChi2Rotation = 16.266; // 3 degrees of freedom, p = 0.001
 constexpr double kChi2Pose = 22.458;     // 6 degrees of freedom
 constexpr std::size_t kMostCycles = 200000;
 constexpr std::size_t kMostMeasured = 5000; // triangles whose sides' lengths are looked up
-constexpr double kCertain = 0.6;
-constexpr double kCertainOneSided = 0.7; // of those that state less, half were right in the sets of the fit
+constexpr double kCertain = 0.7; // of edges below, a quarter to a half were wrong in the sets measured
 constexpr double kDirectionSlack = 2.0 * kDegree;
 constexpr double kFlat = 12.0 * kDegree; // triangles flatter than this say nothing of lengths
 constexpr double kRatioSlack = 0.4;      // of the logarithm of a ratio of lengths
@@ -284,12 +283,6 @@ bool oneSided(const PairPose& pose)
     return without(&PairInlier::range_0_m) != without(&PairInlier::range_1_m);
 }
 
-/// Whether an edge may join parts by itself.
-bool certain(const PairPose& pose)
-{
-    return pose.reliability >= (oneSided(pose) ? kCertainOneSided : kCertain);
-}
-
 } // namespace
 
 void dropUnconfirmed(int nodes, const std::vector<GraphEdge>& edges, std::vector<char>& kept)
@@ -301,13 +294,14 @@ void dropUnconfirmed(int nodes, const std::vector<GraphEdge>& edges, std::vector
         // twin: one doubtful edge a cycle.
         int doubtful = -1, count = 0;
         for (int k = 0; k < cycle.length; ++k)
-            if (!certain(*edges[cycle.edges[k]].pose)) doubtful = cycle.edges[k], ++count;
+            if (edges[cycle.edges[k]].pose->reliability < kCertain) doubtful = cycle.edges[k], ++count;
         if (count == 1) confirmed[doubtful] = 1;
     }
     for (std::size_t e = 0; e < edges.size(); ++e) {
         const PairPose& pose = *edges[e].pose;
         const bool bound = !pose.metric || oneSided(pose);
-        if (!edges[e].connector && bound && !pose.rotation_only && !confirmed[e] && !certain(pose))
+        if (!edges[e].connector && bound && !pose.rotation_only && !confirmed[e] &&
+            pose.reliability < kCertain)
             kept[e] = 0;
     }
 }

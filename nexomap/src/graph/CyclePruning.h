@@ -18,8 +18,8 @@ namespace nexomap {
 void pruneCycles(int nodes, const std::vector<GraphEdge>& edges, std::vector<char>& kept);
 
 /// Cuts edges without scale, or with that of one range map alone, that are not certain by themselves
-/// (reliability below 0.6, or 0.7) and that no sound cycle confirms: a room's twin matches as the room does,
-/// and a tour in two parts is better than one folded onto itself.
+/// (reliability below 0.7) and that no sound cycle confirms: a room's twin matches as the room does, and a
+/// tour in two parts is better than one folded onto itself.
 void dropUnconfirmed(int nodes, const std::vector<GraphEdge>& edges, std::vector<char>& kept);
 
 } // namespace nexomap
