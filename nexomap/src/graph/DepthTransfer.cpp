@@ -5,7 +5,7 @@
 #include "nexomap/src/graph/DepthTransfer.h"
 
 #include "nexomap/src/graph/ScaleRecovery.h"
-#include "nexomap/src/pair/MatchKernel.h"
+#include "nexomap/src/pair/DescriptorMatcher.h"
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
@@ -56,18 +56,6 @@ private:
     const Features& m_features;
     std::vector<int> m_order;
 };
-
-int distance2(const Features& f0, int i0, const Features& f1, int i1)
-{
-    const std::uint8_t* a = f0.descriptors.data() + std::size_t(i0) * kDescriptorBytes;
-    const std::uint8_t* b = f1.descriptors.data() + std::size_t(i1) * kDescriptorBytes;
-    int sum = 0;
-    for (int k = 0; k < kDescriptorBytes; ++k) {
-        const int difference = int(a[k]) - int(b[k]);
-        sum += difference * difference;
-    }
-    return sum;
-}
 
 double sineBetween(const Eigen::Vector3d& a, const Eigen::Vector3d& b)
 {
@@ -169,9 +157,9 @@ private:
     {
         int least = INT_MAX;
         for (const int i : seen.here)
-            least = std::min(least, distance2(*m_known.here, i, *m_other.far, c));
+            least = std::min(least, descriptorDistance2(*m_known.here, i, *m_other.far, c));
         for (const int i : seen.far)
-            least = std::min(least, distance2(*m_known.far, i, *m_other.far, c));
+            least = std::min(least, descriptorDistance2(*m_known.far, i, *m_other.far, c));
         return least;
     }
 
@@ -213,7 +201,7 @@ PairEnd pairEnd(const Features& here, const Features& far, const PairPose& pose,
         int least = INT_MAX;
         for (const int a : seen.here)
             for (const int b : seen.far)
-                least = std::min(least, distance2(here, a, far, b));
+                least = std::min(least, descriptorDistance2(here, a, far, b));
         distances.push_back(least);
         end.seen.push_back(std::move(seen));
     }

@@ -153,4 +153,16 @@ std::vector<DescriptorMatch> matchDescriptors(const std::vector<std::uint8_t>& d
     return matches;
 }
 
+int descriptorDistance2(const Features& f0, int i0, const Features& f1, int i1)
+{
+    const std::uint8_t* a = f0.descriptors.data() + std::size_t(i0) * kDescriptorBytes;
+    const std::uint8_t* b = f1.descriptors.data() + std::size_t(i1) * kDescriptorBytes;
+    int sum = 0;
+    for (int k = 0; k < kDescriptorBytes; ++k) {
+        const int difference = int(a[k]) - int(b[k]);
+        sum += difference * difference;
+    }
+    return sum;
+}
+
 } // namespace nexomap

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "nexomap/src/pair/MatchKernel.h"
+#include "nexomap/src/Panorama.h"
 
 #include <cstdint>
 #include <vector>
@@ -20,6 +21,9 @@ struct DescriptorMatch
 
 /// Kernels that this processor can run, the fastest first.
 std::vector<const MatchKernel*> availableMatchKernels();
+
+/// Squared Euclidean distance of two features' descriptors.
+int descriptorDistance2(const Features& features_0, int index_0, const Features& features_1, int index_1);
 
 /// Mutual nearest neighbours that pass the ratio test (Lowe 2004), by index_0. The result does not depend on
 /// the kernel or on the number of threads.

@@ -4,6 +4,7 @@
 // Matching again, with a pose in hand.
 #include "nexomap/src/pair/GuidedMatching.h"
 
+#include "nexomap/src/pair/DescriptorMatcher.h"
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
@@ -14,18 +15,6 @@ namespace nexomap {
 namespace {
 
 constexpr double kGuidedRatio = 0.9;
-
-int descriptorDistance2(const Features& f0, int i0, const Features& f1, int i1)
-{
-    const std::uint8_t* a = f0.descriptors.data() + std::size_t(i0) * kDescriptorBytes;
-    const std::uint8_t* b = f1.descriptors.data() + std::size_t(i1) * kDescriptorBytes;
-    int sum = 0;
-    for (int k = 0; k < kDescriptorBytes; ++k) {
-        const int difference = int(a[k]) - int(b[k]);
-        sum += difference * difference;
-    }
-    return sum;
-}
 
 /// The best and second-best partner of each feature, on both sides.
 class BestPartners
@@ -137,6 +126,17 @@ std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1
             }
     }
     return partners.matches();
+}
+
+double matchesByChance(const Features& f0, const Features& f1, const RigidPose& pose, int alike)
+{
+    double sum = 0.0;
+    for (const double angle : {0.4, 2.0, 3.6, 5.2}) {
+        RigidPose decoy = pose;
+        decoy.t += Eigen::Vector3d(0.8 * std::cos(angle), 0.8 * std::sin(angle), 0.0);
+        sum += double(guidedByRange(f0, f1, decoy, alike).size());
+    }
+    return sum / 4.0;
 }
 
 } // namespace nexomap

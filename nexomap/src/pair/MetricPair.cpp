@@ -55,18 +55,6 @@ RefinedPose refineFurther(const Panorama& p0, const Panorama& p1, const std::vec
     return fine;
 }
 
-/// What guided matching finds for poses that are certainly wrong, on average.
-double chanceMatches(const Features& f0, const Features& f1, const RigidPose& pose, int alike)
-{
-    double sum = 0.0;
-    for (const double angle : {0.4, 2.0, 3.6, 5.2}) {
-        RigidPose decoy = pose;
-        decoy.t += Eigen::Vector3d(0.8 * std::cos(angle), 0.8 * std::sin(angle), 0.0);
-        sum += double(guidedByRange(f0, f1, decoy, alike).size());
-    }
-    return sum / 4.0;
-}
-
 } // namespace
 
 std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
@@ -98,7 +86,7 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
     const std::vector<Correspondence> guided = guidedByRange(p0.features, p1.features, refined.pose, alike);
     evidence->guided = int(guided.size());
     evidence->silent = silentPlaces(p0, p1, refined.pose, guided);
-    evidence->chance = chanceMatches(p0.features, p1.features, refined.pose, alike);
+    evidence->chance = matchesByChance(p0.features, p1.features, refined.pose, alike);
     evidence->lean = leanOf(level_0 * refined.pose.R * level_1.transpose());
     evidence->rms = refined.rms;
     const Eigen::Vector3d way = level_0 * refined.pose.t;

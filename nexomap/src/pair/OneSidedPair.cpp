@@ -28,18 +28,6 @@ std::vector<Correspondence> turnedRound(std::vector<Correspondence> matches)
     return matches;
 }
 
-/// What guided matching finds for poses that are certainly wrong, on average.
-double chanceMatches(const Features& f0, const Features& f1, const RigidPose& pose, int alike)
-{
-    double sum = 0.0;
-    for (const double angle : {0.4, 2.0, 3.6, 5.2}) {
-        RigidPose decoy = pose;
-        decoy.t += Eigen::Vector3d(0.8 * std::cos(angle), 0.8 * std::sin(angle), 0.0);
-        sum += double(guidedByRange(f0, f1, decoy, alike).size());
-    }
-    return sum / 4.0;
-}
-
 RefinedPose refineTwice(const std::vector<Correspondence>& matches, const RigidPose& start,
                         std::vector<int>* inliers)
 {
@@ -86,7 +74,7 @@ std::optional<PairPose> solveBareFirst(const Panorama& bare, const Panorama& ran
     const std::vector<Correspondence> guided =
         guidedByRange(bare.features, ranged.features, refined.pose, alike);
     evidence->guided = int(guided.size());
-    evidence->chance = chanceMatches(bare.features, ranged.features, refined.pose, alike);
+    evidence->chance = matchesByChance(bare.features, ranged.features, refined.pose, alike);
     evidence->sight = oneSidedSight(ranged, refined.pose, guided);
     evidence->lean = leanOf(refined.pose.R);
     evidence->rms = refined.rms;
