@@ -116,4 +116,20 @@ inline std::shared_ptr<ceres::ParameterBlockOrdering> pointsFirst(const ceres::P
     return order;
 }
 
+/// Solves in place, in one thread.
+/// @return false without a usable solution: nothing is to be taken from the unknowns
+inline bool solveAdjustment(ceres::Problem& problem, std::vector<Eigen::Vector3d>& points, int iterations)
+{
+    ceres::Solver::Options options;
+    options.linear_solver_type = ceres::SPARSE_SCHUR;
+    if (!points.empty()) options.linear_solver_ordering = pointsFirst(problem, points);
+    options.num_threads = 1;
+    options.max_num_iterations = iterations;
+    options.function_tolerance = 1e-5; // what is left moves no pose by a tenth of its deviation
+    options.logging_type = ceres::SILENT;
+    ceres::Solver::Summary summary;
+    ceres::Solve(options, &problem, &summary);
+    return summary.IsSolutionUsable();
+}
+
 } // namespace nexomap

@@ -65,16 +65,7 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
     }
     for (const auto& [group, first] : members)
         problem.SetParameterBlockConstant(stations[first].centre.data());
-    ceres::Solver::Options options;
-    options.linear_solver_type = ceres::SPARSE_SCHUR;
-    options.linear_solver_ordering = pointsFirst(problem, points);
-    options.num_threads = 1;
-    options.max_num_iterations = 50;
-    options.function_tolerance = 1e-5; // what is left moves no pose by a tenth of its deviation
-    options.logging_type = ceres::SILENT;
-    ceres::Solver::Summary summary;
-    ceres::Solve(options, &problem, &summary);
-    if (!summary.IsSolutionUsable()) return;
+    if (!solveAdjustment(problem, points, 50)) return;
     for (int n = 0; n < nodes; ++n) {
         if (!used[n]) continue;
         poses[n].R = stations[n].rotation.normalized().toRotationMatrix();

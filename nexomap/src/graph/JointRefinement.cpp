@@ -120,16 +120,7 @@ public:
             held[component[n]] = 1;
             m_problem.SetParameterBlockConstant(centre(int(n)));
         }
-        ceres::Solver::Options options;
-        options.linear_solver_type = ceres::SPARSE_SCHUR;
-        if (!points.empty()) options.linear_solver_ordering = pointsFirst(m_problem, points);
-        options.num_threads = 1;
-        options.max_num_iterations = 30;
-        options.function_tolerance = 1e-5; // what is left moves no pose by a tenth of its deviation
-        options.logging_type = ceres::SILENT;
-        ceres::Solver::Summary summary;
-        ceres::Solve(options, &m_problem, &summary);
-        if (!summary.IsSolutionUsable()) return false;
+        if (!solveAdjustment(m_problem, points, 30)) return false;
         for (std::size_t n = 0; n < m_used.size(); ++n)
             if (m_used[n])
                 poses[n] = {m_stations[n].rotation.normalized().toRotationMatrix(), m_stations[n].centre};
