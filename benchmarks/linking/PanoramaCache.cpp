@@ -5,6 +5,7 @@
 #include "benchmarks/linking/PanoramaCache.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 
@@ -77,8 +78,9 @@ cachedPanorama(const std::string& folder, const std::string& path, std::string* 
         take(in, panorama->preview);
         panorama->id.assign(id.begin(), id.end());
         panorama->path = path;
-        if (in && height.size() == 1) {
+        if (in && height.size() == 2) {
             panorama->camera_height_m = height[0];
+            if (std::isfinite(height[1])) panorama->walls_azimuth = height[1];
             return panorama;
         }
     }
@@ -87,7 +89,7 @@ cachedPanorama(const std::string& folder, const std::string& path, std::string* 
     std::filesystem::create_directories(folder);
     std::ofstream out(kept, std::ios::binary);
     put(out, std::vector<char>(panorama->id.begin(), panorama->id.end()));
-    put(out, std::vector<double>{panorama->camera_height_m});
+    put(out, std::vector<double>{panorama->camera_height_m, panorama->walls_azimuth.value_or(NAN)});
     put(out, panorama->features.descriptors);
     put(out, panorama->features.bearings);
     put(out, panorama->features.ranges_m);

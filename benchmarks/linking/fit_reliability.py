@@ -17,6 +17,23 @@ import csv
 import math
 import sys
 
+def walls(r):
+    """How much likelier a right pose is than a wrong one to lay the walls onto each other as well as this, as a
+    logarithm; 0 where either picture shows none."""
+    off = float(r["skew_deg"])
+    if off < 0.0:
+        return 0.0
+    square = 2.0 / (0.7 * math.sqrt(2.0 * math.pi)) * math.exp(-0.5 * (off / 0.7) ** 2)
+    return math.log(45.0 * (0.8 * square + (0.12 / 8.0 if off < 8.0 else 0.0) + 0.08 / 45.0))
+
+
+def held_without(r):
+    """Weights that are not fitted: made-up buildings have no stairs, and few cameras that lean."""
+    lean = float(r["lean_deg"])
+    elevation = max(0.0, abs(float(r["elevation_deg"])) - 0.5 * lean)
+    return -1.5 * min(max(0.0, elevation - 1.5), 3.0) - 0.3 * max(0.0, lean - 3.0)
+
+
 # name, value of a row, sign that the weight must have
 FEATURES = [
     ("log of the inliers", lambda r: math.log(min(float(r["inliers"]), 150.0)), 1),
@@ -24,11 +41,10 @@ FEATURES = [
     ("log of those outside the densest 25 degrees", lambda r: math.log1p(min(float(r["outside"]), 100.0)), 1),
     ("inlier share", lambda r: min(float(r["inlier_share"]), 0.5), 1),
     ("second pose's share", lambda r: float(r["second_share"]), -1),
-    ("elevation beyond 1.5 degrees", lambda r: min(max(0.0, abs(float(r["elevation_deg"])) - 1.5), 15.0), -1),
     ("log of the direction's deviation", lambda r: math.log(max(0.03, min(float(r["direction_sigma_deg"]), 3.0))), -1),
-    ("lean beyond 1 degree", lambda r: min(max(0.0, float(r["lean_deg"]) - 1.0), 5.0), -1),
+    ("walls laid onto each other", walls, 1),
 ]
-FEWEST = 20  # inliers; a pose with fewer is not believed
+FEWEST = 12  # inliers; a pose with fewer is not believed
 FEWEST_RANGED = 5.0  # the same with ranges, of the support
 WRONG = 1.0  # how often a wrong pose counts
 
@@ -104,16 +120,16 @@ def logistic(z):
     return 1.0 / (1.0 + math.exp(-max(-30.0, min(30.0, z))))
 
 
-def newton(x, y, used, ridge):
+def newton(x, y, held, used, ridge):
     """Weights of the used features, the constant last."""
     columns = list(used) + [len(FEATURES)]
     w = [0.0] * (len(FEATURES) + 1)
     for _ in range(40):
         gradient = [ridge * w[k] if k < len(FEATURES) else 0.0 for k in columns]
         hessian = [[(ridge if a == b and a < len(FEATURES) else 1e-9 * (a == b)) for b in columns] for a in columns]
-        for row, target in zip(x, y):
+        for row, target, fixed in zip(x, y, held):
             values = [row[k] if k < len(FEATURES) else 1.0 for k in columns]
-            p = logistic(sum(w[k] * v for k, v in zip(columns, values)))
+            p = logistic(fixed + sum(w[k] * v for k, v in zip(columns, values)))
             count = 1.0 if target else WRONG
             for a, u in enumerate(values):
                 gradient[a] += count * (p - target) * u
@@ -127,15 +143,15 @@ def newton(x, y, used, ridge):
     return w
 
 
-def fit(x, y, ridge=0.5):
-    """Weights of the plain features, and the constant."""
+def fit(x, y, held, ridge=0.5):
+    """Weights of the plain features, and the constant, beside what is held of each row."""
     count = len(FEATURES)
     mean = [sum(row[k] for row in x) / len(x) for k in range(count)]
     spread = [math.sqrt(sum((row[k] - mean[k]) ** 2 for row in x) / len(x)) + 1e-9 for k in range(count)]
     scaled = [[(row[k] - mean[k]) / spread[k] for k in range(count)] for row in x]
     used = list(range(count))
     while True:
-        w = newton(scaled, y, used, ridge)
+        w = newton(scaled, y, held, used, ridge)
         against = [k for k in used if w[k] * FEATURES[k][2] < 0.0]
         if not against:
             break
@@ -144,9 +160,9 @@ def fit(x, y, ridge=0.5):
     return plain, w[count] - sum(p * m for p, m in zip(plain, mean))
 
 
-def stated(row, fitted):
+def stated(row, fixed, fitted):
     weights, constant = fitted
-    return logistic(sum(w * v for w, v in zip(weights, row)) + constant)
+    return logistic(fixed + sum(w * v for w, v in zip(weights, row)) + constant)
 
 
 def calibration(p, y, bins=10):
@@ -165,24 +181,26 @@ def main():
     paths = [path for path in sys.argv[1:] if path not in ("--ranges", "--one-sided")]
     if not paths:
         sys.exit(__doc__)
-    judged = judged_without
+    judged, held_of = judged_without, held_without
     if "--ranges" in sys.argv:
-        FEATURES, judged, WRONG = RANGE_FEATURES, judged_with_ranges, 3.0
+        FEATURES, judged, WRONG, held_of = RANGE_FEATURES, judged_with_ranges, 3.0, lambda r: 0.0
     if "--one-sided" in sys.argv:
-        FEATURES, judged = ONE_SIDED_FEATURES, judged_one_sided
+        FEATURES, judged, held_of = ONE_SIDED_FEATURES, judged_one_sided, lambda r: 0.0
     rows = []
     for path in paths:
         with open(path, encoding="utf-8") as file:
             rows += [r for r in csv.DictReader(file) if r["set"] != "set" and judged(r)]
     x = [[f[1](r) for f in FEATURES] for r in rows]
     y = [float(r["right"]) for r in rows]
+    held = [held_of(r) for r in rows]
     sets = [r["set"] for r in rows]
     p = [0.0] * len(y)
     for name in sorted(set(sets)):
-        fitted = fit([v for v, s in zip(x, sets) if s != name], [v for v, s in zip(y, sets) if s != name])
+        others = [k for k, s in enumerate(sets) if s != name]
+        fitted = fit([x[k] for k in others], [y[k] for k in others], [held[k] for k in others])
         for k, s in enumerate(sets):
             if s == name:
-                p[k] = stated(x[k], fitted)
+                p[k] = stated(x[k], held[k], fitted)
     error, lines = calibration(p, y)
     print(f"{len(y)} pairs of {len(set(sets))} sets, each judged by the fit to the others; "
           f"expected calibration error {error:.3f}")
@@ -196,7 +214,7 @@ def main():
               f"{sum(q >= bound for q in p) - right:.0f} wrong")
         print(f"  as the library said: {sum(v for r, v in zip(rows, y) if float(r['reliability']) >= bound):.0f} right, "
               f"{sum(1 - v for r, v in zip(rows, y) if float(r['reliability']) >= bound):.0f} wrong")
-    weights, constant = fit(x, y)
+    weights, constant = fit(x, y, held)
     print(f"constexpr double kConstant = {constant:.4f};")
     for (name, _, _), w in zip(FEATURES, weights):
         print(f"    {w:.4f}, // {name}")

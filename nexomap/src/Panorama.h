@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,8 @@ struct Panorama
     cv::Mat3b preview;            ///< 1024 x 512, BGR, for match pictures
     std::string remark;           ///< what is wrong with its lidar, and done about it; mostly empty
     double camera_height_m = 0.0; ///< above the floor, by the range map; 0: unknown
+    /// Azimuth in [0, pi/2) along which the building's level edges run, by the picture; none: nothing stands out.
+    std::optional<double> walls_azimuth;
 
     bool metric() const { return !range.empty(); }
 };

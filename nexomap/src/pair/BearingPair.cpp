@@ -59,12 +59,20 @@ double medianParallax(const std::vector<Correspondence>& matches, const std::vec
     return *middle;
 }
 
+/// Angle by which walls that run the same way in both pictures would miss each other.
+double skewOf(const Eigen::Matrix3d& R, double walls_turn)
+{
+    const double heading = std::atan2(R(1, 0) - R(0, 1), R(0, 0) + R(1, 1));
+    return std::abs(std::remainder(heading - walls_turn, 0.5 * kPi));
+}
+
 } // namespace
 
-std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentative, PairRandom& random,
+std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentative,
+                                      std::optional<double> walls_turn, PairRandom& random,
                                       Evidence* evidence)
 {
-    const auto hypothesis = estimateBearingPose(tentative, {}, random);
+    const auto hypothesis = estimateBearingPose(tentative, {}, walls_turn, random);
     const auto rotation = estimateRotation(tentative);
     if (rotation && (!hypothesis ||
                      double(rotation->inliers.size()) >= kRotationShare * double(hypothesis->inliers.size())))
@@ -73,7 +81,7 @@ std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentati
     const auto other = estimateBearingPose(
         tentative,
         flagged(tentative.size(), epipolarInliers(tentative, hypothesis->pose, 3.0 * kEpipolarTolerance)),
-        random);
+        walls_turn, random);
     evidence->second_share = other ? double(other->inliers.size()) / double(hypothesis->inliers.size()) : 0.0;
     // No second matching along the epipolar circles: in texture that repeats, they collect as many false
     // matches as right ones.
@@ -92,6 +100,7 @@ std::optional<PairPose> solveBearings(const std::vector<Correspondence>& tentati
     // Against the middle of the two verticals: neither camera need stand upright.
     const Eigen::Vector3d vertical = (Eigen::Vector3d::UnitZ() + refined.pose.R.col(2)).normalized();
     evidence->elevation = std::asin(std::clamp(refined.pose.t.dot(vertical), -1.0, 1.0));
+    if (walls_turn) evidence->skew = skewOf(refined.pose.R, *walls_turn);
     evidence->parallax = medianParallax(tentative, inliers, refined.pose.R);
     evidence->direction_sigma = directionSigma(refined.information * kInformationShare);
     PairPose pose;

@@ -21,7 +21,8 @@ constexpr int kMinDraws = 600;
 constexpr std::size_t kMinSupport = 12;
 constexpr int kGlance = 48;    // matches looked at before a hypothesis is scored in full
 constexpr int kPromising = 30; // hypotheses that are polished though others fit better at first
-constexpr double kLeanSpread = 3.0 * kDegree; // of cameras held by hand, against each other
+constexpr double kLeanSpread = 3.0 * kDegree;  // of cameras held by hand, against each other
+constexpr double kWallsSpread = 1.2 * kDegree; // how far off the walls of two pictures are told
 
 double matchScore(const RigidPose& pose, const Correspondence& match, double tolerance)
 {
@@ -43,6 +44,34 @@ Eigen::Matrix3d randomLean(PairRandom& random)
     const double x = spread(), y = spread();
     return (Eigen::AngleAxisd(x, Eigen::Vector3d::UnitX()) * Eigen::AngleAxisd(y, Eigen::Vector3d::UnitY()))
         .toRotationMatrix();
+}
+
+/// Of three matches of level cameras, or of cameras that lean a little against each other.
+std::vector<RigidPose> leaningPoses(const Correspondence& a, const Correspondence& b, const Correspondence& c,
+                                    bool leaning, PairRandom& random)
+{
+    // Level cameras are found without leaning draws, and the polish mends a degree.
+    const Eigen::Matrix3d lean = leaning ? randomLean(random) : Eigen::Matrix3d::Identity();
+    auto poses = solveUpright({a.bearing_0, b.bearing_0, c.bearing_0},
+                              {lean * a.bearing_1, lean * b.bearing_1, lean * c.bearing_1});
+    for (RigidPose& pose : poses)
+        pose.R = pose.R * lean;
+    return poses;
+}
+
+/// Two matches tell the direction where the heading is known: one of the four that lay the walls onto each
+/// other.
+std::vector<RigidPose> posesAlongWalls(const Correspondence& a, const Correspondence& b, double walls_turn,
+                                       PairRandom& random)
+{
+    const double off = (2.0 * random.below(1 << 20) / double(1 << 20) - 1.0) * kWallsSpread;
+    RigidPose pose;
+    pose.R = headingRotation(walls_turn + 0.5 * kPi * random.below(4) + off);
+    const Eigen::Vector3d t =
+        a.bearing_0.cross(pose.R * a.bearing_1).cross(b.bearing_0.cross(pose.R * b.bearing_1));
+    if (t.norm() < 1e-6) return {}; // both on one plane through the stations
+    pose.t = t.normalized();
+    return {pose};
 }
 
 /// Sum over the matches; gives up early on a hypothesis that a glance shows to be hopeless.
@@ -104,7 +133,8 @@ std::vector<int> rotationInliers(const std::vector<Correspondence>& matches, con
 }
 
 std::optional<PoseHypothesis> estimateBearingPose(const std::vector<Correspondence>& matches,
-                                                  const std::vector<bool>& skip, PairRandom& random)
+                                                  const std::vector<bool>& skip,
+                                                  std::optional<double> walls_turn, PairRandom& random)
 {
     std::vector<const Correspondence*> pool;
     std::vector<Correspondence> kept;
@@ -124,16 +154,14 @@ std::optional<PoseHypothesis> estimateBearingPose(const std::vector<Corresponden
         const int reach = draw % 2 ? count : std::max(int(kMinSupport), count / 2);
         const int i = random.below(reach), j = random.below(reach), k = random.below(reach);
         if (i == j || j == k || i == k) continue;
-        // Every third draw leans: level cameras are found by the others, and the polish below mends a degree.
-        const Eigen::Matrix3d lean = draw % 3 == 2 ? randomLean(random) : Eigen::Matrix3d::Identity();
-        const auto poses =
-            solveUpright({pool[i]->bearing_0, pool[j]->bearing_0, pool[k]->bearing_0},
-                         {lean * pool[i]->bearing_1, lean * pool[j]->bearing_1, lean * pool[k]->bearing_1});
+        const bool along_walls = walls_turn && draw % 4 == 3;
+        const auto poses = along_walls ? posesAlongWalls(*pool[i], *pool[j], *walls_turn, random)
+                                       : leaningPoses(*pool[i], *pool[j], *pool[k], draw % 3 == 2, random);
         for (RigidPose pose : poses) {
-            pose.R = pose.R * lean;
             // The sign of t: the first sample stands in front of both.
             if (epipolarAngle(pose, *pool[i]) < 0.0) pose.t = -pose.t;
-            if (epipolarAngle(pose, *pool[j]) < 0.0 || epipolarAngle(pose, *pool[k]) < 0.0) continue;
+            if (epipolarAngle(pose, *pool[j]) < 0.0) continue;
+            if (!along_walls && epipolarAngle(pose, *pool[k]) < 0.0) continue;
             const double score = scoreOf(pool, pose, kWide, best_score);
             if (score <= best_score && (score < 0.7 * best_score || --promising < 0)) continue;
             best_score = std::max(best_score, score);

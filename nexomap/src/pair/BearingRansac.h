@@ -23,9 +23,12 @@ constexpr double kEpipolarTolerance = 0.3 * 3.14159265358979323846 / 180.0;
 
 /// Relative pose up to scale, |t| = 1, of two nearly upright panoramas from bearings alone: RANSAC over the
 /// upright three-point solver, new best ones refined with all degrees of freedom (locally optimised).
-/// @param skip  correspondences left out, or empty: flags by index
+/// Where the walls are told, every fourth draw takes one of the four headings that lay them onto each other.
+/// @param skip        correspondences left out, or empty: flags by index
+/// @param walls_turn  heading of panorama 1's walls against panorama 0's, radians, quarter turns aside
 std::optional<PoseHypothesis> estimateBearingPose(const std::vector<Correspondence>& matches,
-                                                  const std::vector<bool>& skip, PairRandom& random);
+                                                  const std::vector<bool>& skip,
+                                                  std::optional<double> walls_turn, PairRandom& random);
 
 /// The same from one rotation, for two panoramas taken in one place; t is zero.
 std::optional<PoseHypothesis> estimateRotation(const std::vector<Correspondence>& matches);

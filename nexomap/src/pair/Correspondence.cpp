@@ -4,11 +4,10 @@
 // What can be told false about a match before any pose is known.
 #include "nexomap/src/pair/Correspondence.h"
 
+#include "nexomap/src/pair/PlaceMatching.h"
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
-#include <set>
-#include <tuple>
 
 namespace nexomap {
 namespace {
@@ -40,11 +39,12 @@ bool finite(const Features& f, int i)
            std::isfinite(f.angles_rad[i]) && std::abs(f.bearings[i].norm() - 1.f) < 1e-3f;
 }
 
-std::tuple<long, long, long> place(const Eigen::Vector3d& bearing)
+/// Whether the two say the same: one place, described with two orientations or at two sizes.
+bool repeats(const Correspondence& a, const Correspondence& b)
 {
-    constexpr double kCell = 1e-3; // 0.06 degrees
-    return {std::lround(bearing.x() / kCell), std::lround(bearing.y() / kCell),
-            std::lround(bearing.z() / kCell)};
+    constexpr double kApart2 = kSamePlace * kSamePlace;
+    return (a.bearing_0 - b.bearing_0).squaredNorm() < kApart2 &&
+           (a.bearing_1 - b.bearing_1).squaredNorm() < kApart2;
 }
 
 } // namespace
@@ -64,13 +64,12 @@ std::vector<Correspondence> plausibleMatches(const Features& f0, const Features&
     std::stable_sort(kept.begin(), kept.end(), [](const Correspondence& a, const Correspondence& b) {
         return a.distance2 < b.distance2; // the best first: draws prefer them
     });
-    std::set<std::pair<std::tuple<long, long, long>, std::tuple<long, long, long>>> seen;
-    kept.erase(std::remove_if(kept.begin(), kept.end(),
-                              [&](const Correspondence& c) {
-                                  return !seen.insert({place(c.bearing_0), place(c.bearing_1)}).second;
-                              }),
-               kept.end());
-    return kept;
+    std::vector<Correspondence> once;
+    for (const Correspondence& match : kept)
+        if (std::none_of(once.begin(), once.end(),
+                         [&](const Correspondence& other) { return repeats(match, other); }))
+            once.push_back(match);
+    return once;
 }
 
 } // namespace nexomap

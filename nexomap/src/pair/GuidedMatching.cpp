@@ -4,7 +4,7 @@
 // Matching again, with a pose in hand.
 #include "nexomap/src/pair/GuidedMatching.h"
 
-#include "nexomap/src/pair/DescriptorMatcher.h"
+#include "nexomap/src/pair/PlaceMatching.h"
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
@@ -55,9 +55,8 @@ private:
 
         void add(int candidate, int candidate2, const std::vector<Eigen::Vector3f>& bearings)
         {
-            // A keypoint with two orientations stands twice in the list, and is no rival of itself.
             const auto same = [&](int a, int b) {
-                return (bearings[std::size_t(a)] - bearings[std::size_t(b)]).squaredNorm() < 1e-7f;
+                return samePlace(bearings[std::size_t(a)], bearings[std::size_t(b)]);
             };
             if (candidate2 < distance2) {
                 if (partner >= 0 && !same(partner, candidate)) second2 = distance2;

@@ -7,6 +7,7 @@
 #include "nexomap/src/pair/MetricRansac.h"
 #include "nexomap/src/pair/OneSidedPair.h"
 #include "nexomap/src/pair/PairSteps.h"
+#include "nexomap/src/pair/PlaceMatching.h"
 #include "nexomap/src/pair/Sphere.h"
 
 #include <algorithm>
@@ -48,7 +49,13 @@ bool restsOnCompany(const PairPose& pose, const Evidence& evidence)
     std::size_t carried = 0;
     for (const PairInlier& inlier : pose.inliers)
         carried += mayBeCarried(inlier.bearing_0.cast<double>(), inlier.bearing_1.cast<double>());
-    return 10 * carried > 7 * pose.inliers.size();
+    return 2 * carried > pose.inliers.size();
+}
+
+std::optional<double> wallsTurn(const Panorama& p0, const Panorama& p1)
+{
+    if (!p0.walls_azimuth || !p1.walls_azimuth) return std::nullopt;
+    return *p0.walls_azimuth - *p1.walls_azimuth;
 }
 
 std::optional<PairPose> solveEither(const Panorama& p0, const Panorama& p1,
@@ -57,7 +64,7 @@ std::optional<PairPose> solveEither(const Panorama& p0, const Panorama& p1,
     PairRandom random(p0.id, p1.id);
     auto pose = p0.metric() && p1.metric()   ? solveMetric(p0, p1, matches, random, evidence)
                 : p0.metric() || p1.metric() ? solveOneSided(p0, p1, matches, random, evidence)
-                                             : solveBearings(matches, random, evidence);
+                                             : solveBearings(matches, wallsTurn(p0, p1), random, evidence);
     if (pose && pose->R_0_from_1.allFinite() && pose->t_0_from_1.allFinite() && pose->information.allFinite())
         return pose;
     return std::nullopt;
@@ -67,9 +74,8 @@ std::optional<PairPose> solveEither(const Panorama& p0, const Panorama& p1,
 
 std::vector<Correspondence> matchFeatures(const Panorama& panorama_0, const Panorama& panorama_1)
 {
-    return plausibleMatches(
-        panorama_0.features, panorama_1.features,
-        matchDescriptors(panorama_0.features.descriptors, panorama_1.features.descriptors, kRatio));
+    return plausibleMatches(panorama_0.features, panorama_1.features,
+                            matchPlaces(panorama_0.features, panorama_1.features, kRatio));
 }
 
 std::optional<PairPose> solvePair(const Panorama& panorama_0, const Panorama& panorama_1,

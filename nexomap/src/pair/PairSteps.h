@@ -20,7 +20,10 @@ std::optional<PairPose> solveMetric(const Panorama& panorama_0, const Panorama& 
                                     Evidence* evidence);
 
 /// Pose up to scale, or rotation alone, from bearings.
-std::optional<PairPose> solveBearings(const std::vector<Correspondence>& matches, PairRandom& random,
+/// @param walls_turn  by how much panorama 1's walls are turned against panorama 0's, radians, a quarter turn
+///                    more or less; none where either picture shows no right angles
+std::optional<PairPose> solveBearings(const std::vector<Correspondence>& matches,
+                                      std::optional<double> walls_turn, PairRandom& random,
                                       Evidence* evidence);
 
 /// One flag a match, set for the listed ones.

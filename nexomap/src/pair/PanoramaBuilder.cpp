@@ -4,6 +4,7 @@
 // One panorama of the library, from decoded arrays.
 #include "nexomap/src/pair/PanoramaBuilder.h"
 
+#include "nexomap/src/pair/BuildingDirection.h"
 #include "nexomap/src/pair/FaceFeatures.h"
 #include "nexomap/src/pair/RangePlacement.h"
 #include "nexomap/src/pair/RangeReduction.h"
@@ -47,7 +48,8 @@ std::unique_ptr<Panorama> buildPanorama(const std::string& id, const cv::Mat3b& 
     panorama->id = id;
     cv::Mat1b gray;
     cv::cvtColor(equirect, gray, cv::COLOR_BGR2GRAY);
-    panorama->features = extractFeatures(gray, extent);
+    panorama->walls_azimuth = buildingDirection(gray, extent);
+    panorama->features = extractFeatures(gray, extent, panorama->walls_azimuth.value_or(0.0));
     panorama->preview = makePreview(equirect, extent);
     panorama->range = std::move(range);
     if (const double turn = rangeTurnedBy(panorama->preview, panorama->range); turn != 0.0) {

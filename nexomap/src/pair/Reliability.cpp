@@ -14,7 +14,7 @@
 namespace nexomap {
 namespace {
 
-constexpr int kFewestBearings = 20; // inliers
+constexpr int kFewestBearings = 12; // inliers
 constexpr int kFewestPoints = 8;
 
 double logistic(double z)
@@ -62,6 +62,20 @@ void countPlaces(const std::vector<Correspondence>& matches, const std::vector<i
     evidence->cells = int(std::min(cells_0.size(), cells_1.size()));
     evidence->outside = std::min(countOutside(bearings_0), countOutside(bearings_1));
     evidence->inlier_share = matches.empty() ? 0.0 : double(inliers.size()) / double(matches.size());
+}
+
+/// How much likelier a right pose is than a wrong one to lay the walls onto each other as well as this, as a
+/// logarithm. Right ones do within a degree in most buildings, within a few where walls stand askew or there
+/// are stairs, anyhow where one picture's lines are not the walls'; wrong ones anyhow.
+double wallsOdds(const Evidence& e)
+{
+    if (!e.skew) return 0.0;
+    constexpr double kSquare = 0.8, kSpread_deg = 0.7, kAskew = 0.12, kAskew_deg = 8.0, kOther = 0.08,
+                     kAnyhow_deg = 45.0;
+    const double skew_deg = *e.skew / kDegree, off = skew_deg / kSpread_deg;
+    const double square = 2.0 / (kSpread_deg * std::sqrt(2.0 * kPi)) * std::exp(-0.5 * off * off);
+    const double askew = skew_deg < kAskew_deg ? 1.0 / kAskew_deg : 0.0;
+    return std::log(kAnyhow_deg * (kSquare * square + kAskew * askew + kOther / kAnyhow_deg));
 }
 
 /// What range maps say where few upright planes are seen: free space, place by place.
@@ -128,21 +142,22 @@ double bearingReliability(const Evidence& e)
     if (e.inliers < kFewestBearings) return 0.0;
     // Weights by benchmarks/linking/fit_reliability.py from the evidence of made-up buildings, plain ones,
     // with people beside the camera and with rooms furnished alike among them; docs/LINKING.md has the curve.
-    // The numbers of inliers and of the cells that they occupy got no weight: what repeats makes as many of
-    // them.
-    constexpr double kConstant = -4.4716;
+    constexpr double kConstant = -5.7462;
     // Cameras that lean against each other lean as much from the vertical: that much elevation is theirs.
     const double elevation_deg = std::max(0.0, (std::abs(e.elevation) - 0.5 * e.lean) / kDegree),
                  sigma_deg = e.direction_sigma / kDegree;
     const std::pair<double, double> terms[] = {
-        {0.1352, std::log1p(std::min(e.outside, 100))},        // outside the densest 25 degrees
-        {-1.0722, e.second_share},                             // second pose's share
-        {-0.3550, std::clamp(elevation_deg - 1.5, 0.0, 6.0)},  // elevation beyond 1.5 degrees
-        {-2.2156, std::log(std::clamp(sigma_deg, 0.03, 3.0))}, // log of the direction's deviation
+        {0.1837, std::log(std::min(e.inliers, 150))},          // log of the inliers
+        {6.9516, std::min(e.inlier_share, 0.5)},               // inlier share
+        {-0.6695, e.second_share},                             // second pose's share
+        {-1.0951, std::log(std::clamp(sigma_deg, 0.03, 3.0))}, // log of the direction's deviation
+        {0.7572, wallsOdds(e)},                                // walls laid onto each other
     };
     double z = kConstant;
     for (const auto& [weight, value] : terms)
         z += weight * value;
+    // Held in the fit: made-up buildings have no stairs, and cameras that lean more than they know little of.
+    z -= 1.5 * std::clamp(elevation_deg - 1.5, 0.0, 3.0);
     z -= 0.3 * std::max(0.0, e.lean / kDegree - 3.0);
     return logistic(z);
 }

@@ -9,6 +9,8 @@
 #include "nexomap/src/pair/RangeAgreement.h"
 #include "nexomap/src/pair/SilentPlaces.h"
 
+#include <optional>
+
 namespace nexomap {
 
 /// What speaks for and against a relative pose.
@@ -24,6 +26,8 @@ struct Evidence
     int guided = 0;               ///< matches found anew where the pose says they lie
     double chance = 0.0;          ///< the same for wrong poses nearby: what repeated texture gives by itself
     double elevation = 0.0;       ///< of the other camera, radians; panoramas stand on floors
+    /// Radians by which the two pictures' walls miss each other; none where either shows no right angles.
+    std::optional<double> skew;
     double parallax = 0.0;        ///< median angle between the two bearings of an inlier, radians
     double direction_sigma = 0.0; ///< uncertainty of t's direction, radians
     double floor_step_m =

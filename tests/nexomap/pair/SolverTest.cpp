@@ -118,7 +118,7 @@ TEST(BearingRansac, RecoversTheExactPoseUpToScale)
 {
     const Made scene = made(60, 0.0, 0.0, 2);
     PairRandom random("A", "B");
-    const auto found = estimateBearingPose(scene.matches, {}, random);
+    const auto found = estimateBearingPose(scene.matches, {}, {}, random);
     ASSERT_TRUE(found);
     EXPECT_LT(turned_deg(found->pose.R, scene.pose.R), 1e-3);
     EXPECT_LT((found->pose.t - scene.pose.t.normalized()).norm(), 1e-4);
@@ -129,7 +129,7 @@ TEST(BearingRansac, StandsSeventyPercentOfFalseMatchesALeanAndNoise)
     for (unsigned seed = 1; seed <= 10; ++seed) {
         const Made scene = made(300, 0.7, 1.0 * kDegree, seed, 0.04 * kDegree);
         PairRandom random("A", "B");
-        const auto found = estimateBearingPose(scene.matches, {}, random);
+        const auto found = estimateBearingPose(scene.matches, {}, {}, random);
         ASSERT_TRUE(found) << seed;
         const auto refined = refineBearingPose(scene.matches, found->inliers, found->pose, 10);
         EXPECT_LT(turned_deg(refined.pose.R, scene.pose.R), 0.3) << seed;
@@ -137,18 +137,57 @@ TEST(BearingRansac, StandsSeventyPercentOfFalseMatchesALeanAndNoise)
     }
 }
 
+TEST(BearingRansac, WallsThatAreToldFindAPoseAmongNineTenthsOfFalseMatches)
+{
+    const auto found = [](const Made& scene, std::optional<double> walls_turn) {
+        PairRandom random("A", "B");
+        const auto pose = estimateBearingPose(scene.matches, {}, walls_turn, random);
+        return pose && turned_deg(pose->pose.R, scene.pose.R) < 1.0 &&
+               (pose->pose.t - scene.pose.t.normalized()).norm() < 0.05;
+    };
+    int with = 0, without = 0;
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        const Made scene = made(200, 0.91, 0.0, seed, 0.04 * kDegree);
+        const double heading = std::atan2(scene.pose.R(1, 0), scene.pose.R(0, 0));
+        with += found(scene, heading + 0.5 * kPi + 0.8 * kDegree); // quarter turns aside, not told exactly
+        without += found(scene, {});
+    }
+    std::printf("  found of 20: %d with walls, %d without\n", with, without);
+    EXPECT_GT(with, without);
+    EXPECT_GE(with, 12);
+}
+
+TEST(Reliability, APoseThatLaysTheWallsOntoEachOtherIsBelievedMore)
+{
+    Evidence evidence;
+    evidence.inliers = 30;
+    evidence.inlier_share = 0.2;
+    evidence.direction_sigma = 0.15 * kDegree;
+    const double unknown = bearingReliability(evidence);
+    evidence.skew = 0.3 * kDegree;
+    const double along = bearingReliability(evidence);
+    evidence.skew = 5.0 * kDegree; // a wall that stands askew
+    const double askew = bearingReliability(evidence);
+    evidence.skew = 30.0 * kDegree;
+    const double across = bearingReliability(evidence);
+    EXPECT_GT(along, unknown + 0.3);
+    EXPECT_GT(unknown, across);
+    EXPECT_GT(askew, across);
+    EXPECT_LT(across, 0.1);
+}
+
 TEST(BearingRansac, BearingsOfOnePointOrOneLineEndWithoutACrash)
 {
     PairRandom random("A", "B");
     std::vector<Correspondence> same(50, {Eigen::Vector3d::UnitX(), Eigen::Vector3d::UnitX(), 0.0, 0.0, 0});
-    (void)estimateBearingPose(same, {}, random);
+    (void)estimateBearingPose(same, {}, {}, random);
     (void)estimateRotation(same);
     std::vector<Correspondence> line;
     for (int i = 0; i < 50; ++i) {
         const Eigen::Vector3d p(3.0, 0.05 * i, 0.0);
         line.push_back({p.normalized(), (p - Eigen::Vector3d(1, 0, 0)).normalized(), 0.0, 0.0, 0});
     }
-    const auto found = estimateBearingPose(line, {}, random);
+    const auto found = estimateBearingPose(line, {}, {}, random);
     EXPECT_TRUE(!found || found->pose.R.allFinite());
 }
 
