@@ -99,8 +99,11 @@ double metricReliability(const Evidence& e)
     z -= std::max(0.0, e.rms - 6.0);
     z -= std::max(0.0, e.lean / kDegree - 2.0);
     if (std::abs(e.floor_step_m) > 0.15) z -= 2.0; // another level: there are stairs, but few
-    // Glass, mirrors and people give right poses up to 8 percent; desks turned round are no walls.
-    z -= 80.0 * std::max(0.0, e.ranges.violation - 0.085);
+    // Glass, mirrors and people give right poses up to 8 percent; desks turned round are no walls. The fewer
+    // of the matches agree, the less is forgiven: plain rooms of one size fit each other but for a few
+    // percent.
+    const double forgiven = 0.03 + 0.055 * std::clamp(10.0 * (e.inlier_share - 0.05), 0.0, 1.0);
+    z -= 80.0 * std::max(0.0, e.ranges.violation - forgiven);
     if (e.ranges.agree < 0.02) z -= 3.5; // what hardly overlaps checks hardly anything
     // Right poses are silent in a tenth of the places, in three fifths at most where furniture was moved.
     if (e.silent.places >= 8) z -= 10.5 * std::max(0.0, e.silent.share - 0.3);

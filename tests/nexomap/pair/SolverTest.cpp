@@ -176,6 +176,26 @@ TEST(Reliability, APoseThatLaysTheWallsOntoEachOtherIsBelievedMore)
     EXPECT_LT(across, 0.1);
 }
 
+TEST(Reliability, WithRangesFewMatchesExcuseLittleThatIsSeenThrough)
+{
+    Evidence evidence;
+    evidence.inliers = 11;
+    evidence.guided = 59;
+    evidence.cells = 5;
+    evidence.rms = 1.0;
+    evidence.ranges.samples = 4000;
+    evidence.ranges.agree = 0.77;
+    evidence.walls.agree_m2 = 60.0;
+    const auto reliability = [&](double share, double violation) {
+        evidence.inlier_share = share;
+        evidence.ranges.violation = violation;
+        return metricReliability(evidence);
+    };
+    EXPECT_GT(reliability(0.08, 0.02), 0.9);
+    EXPECT_LT(reliability(0.08, 0.11), 0.5); // a plain room on another of its size
+    EXPECT_GT(reliability(0.3, 0.08), 0.9);  // panes and people
+}
+
 TEST(BearingRansac, BearingsOfOnePointOrOneLineEndWithoutACrash)
 {
     PairRandom random("A", "B");
