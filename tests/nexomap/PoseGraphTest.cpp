@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 using namespace nexomap;
@@ -302,6 +303,53 @@ TEST(PoseGraph, WithoutScaleADoubtfulEdgeStaysOnlyInATriangleWithTwoCertainOnes)
     EXPECT_TRUE(keepsTheFirst({0.55, 0.9, 0.9}));
     // A room's twin: two doubtful edges that agree because both lead there.
     EXPECT_FALSE(keepsTheFirst({0.55, 0.55, 0.9}));
+}
+
+/// Four stations a few metres apart, and a fifth `away_m` from the second, whose pictures agree in this share
+/// of their matches.
+GraphSolution withAFifthStation(double away_m, double share, bool lidar = false, bool by_hand = false)
+{
+    MadeUpTour tour;
+    tour.lidar = lidar;
+    tour.inliers = 200;
+    tour.rotation_sigma = 0.01 * kDegree;
+    tour.translation_sigma = 0.001;
+    tour.add(0, 0, 0);
+    tour.add(3, 0, 1);
+    tour.add(1, 3, 2);
+    tour.add(5, 3, 0.5);
+    tour.add(3 + away_m, 0, 2.5);
+    Graph graph;
+    const std::pair<int, int> pairs[] = {{0, 1}, {0, 2}, {1, 2}, {1, 3}, {2, 3}, {1, 4}, {2, 4}};
+    for (const auto& [a, b] : pairs)
+        graph.poses.push_back(tour.pairPose(a, b));
+    for (PairPose& pose : graph.poses)
+        pose.matches = 4 * int(pose.inliers.size());
+    graph.poses[5].matches = int(double(graph.poses[5].inliers.size()) / share);
+    for (std::size_t k = 0; k < graph.poses.size(); ++k)
+        graph.edges.push_back({pairs[k].first, pairs[k].second, &graph.poses[k], false});
+    return solvePoseGraph(5, graph.edges, std::vector<char>(graph.edges.size(), by_hand ? 1 : 0));
+}
+
+TEST(Crowding, TwoStationsThatPicturesPlaceInOneSpotWithOneViewStayByThemselves)
+{
+    const GraphSolution solution = withAFifthStation(0.8, 0.7);
+    EXPECT_EQ(solution.component[0], solution.component[2]);
+    EXPECT_EQ(solution.component[0], solution.component[3]);
+    for (const int n : {1, 4})
+        for (int other = 0; other < 5; ++other)
+            EXPECT_TRUE(n == other || solution.component[n] != solution.component[other]) << n << other;
+}
+
+TEST(Crowding, StationsAtTheUsualDistanceOrWithAViewOfTheirOwnStayTogether)
+{
+    const auto together = [](const GraphSolution& solution) {
+        return std::count(solution.component.begin(), solution.component.end(), 0) == 5;
+    };
+    EXPECT_TRUE(together(withAFifthStation(2.0, 0.7)));
+    EXPECT_TRUE(together(withAFifthStation(0.8, 0.3))); // either side of a door
+    EXPECT_TRUE(together(withAFifthStation(0.8, 0.7, true)));
+    EXPECT_TRUE(together(withAFifthStation(0.8, 0.7, false, true)));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "nexomap/src/graph/PoseGraph.h"
 
 #include "nexomap/src/graph/BearingAdjustment.h"
+#include "nexomap/src/graph/Crowding.h"
 #include "nexomap/src/graph/CyclePruning.h"
 #include "nexomap/src/graph/GraphOptimizer.h"
 #include "nexomap/src/graph/GroupLayout.h"
@@ -81,6 +82,21 @@ bool hasScaleless(const std::vector<GraphEdge>& edges, const std::vector<char>& 
     return false;
 }
 
+/// Stations that stand where another one does stay by themselves, but for what an author has linked.
+bool dropCrowded(const std::vector<GraphEdge>& measured, const std::vector<int>& component,
+                 const std::vector<Pose>& poses, const std::vector<char>& held, std::vector<char>& kept)
+{
+    const std::vector<char> crowded = crowdedStations(measured, kept, component, poses);
+    bool changed = false;
+    for (std::size_t e = 0; e < measured.size(); ++e) {
+        if (!kept[e] || held[e] || measured[e].pose->metric) continue;
+        if (!crowded[measured[e].i] && !crowded[measured[e].j]) continue;
+        kept[e] = 0;
+        changed = true;
+    }
+    return changed;
+}
+
 } // namespace
 
 GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, const std::vector<char>& held)
@@ -113,6 +129,8 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
         solution.kept[e] = 0;
         changed = true;
     }
+    if (changed) solution.component = connectedComponents(nodes, edges, solution.kept);
+    changed |= dropCrowded(measured, solution.component, solution.poses, held, solution.kept);
     if (changed) {
         reconnect(nodes, edges, held, solution.kept);
         solution.component = connectedComponents(nodes, edges, solution.kept);

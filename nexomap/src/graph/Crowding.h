@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "nexomap/src/graph/GraphEdge.h"
+
+namespace nexomap {
+
+/// Stations that pictures alone place where another one stands already: much closer than stations of the tour
+/// stand otherwise, and seeing the same. Nobody takes the same view twice on purpose, while rooms that are
+/// furnished alike are taken from alike places, and their pictures agree better than those of true
+/// neighbours. Which of the two stands in the wrong room nothing tells.
+/// @param edges      measured, without lengths of their own where they have no scale
+/// @param poses      of the nodes, each group in a scale of its own
+/// @param component  of each node its group
+/// @return one flag a node
+std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                                  const std::vector<int>& component, const std::vector<Pose>& poses);
+
+} // namespace nexomap
