@@ -33,7 +33,8 @@ extern "C" {
 
 enum NexomapStatus {
     NEXOMAP_OK = 0,
-    NEXOMAP_BAD_ARGUMENT = -1,    /* null pointer, NaN, index out of range, malformed name */
+    NEXOMAP_BAD_ARGUMENT = -1,    /* null pointer, NaN, index out of range, malformed name, a length beyond
+                                     1000 km */
     NEXOMAP_NOT_READY = -2,       /* NexomapInit was not called, or nodes are still being added */
     NEXOMAP_BAD_FILE = -3,        /* a file cannot be read or is damaged */
     NEXOMAP_UNKNOWN_NAME = -4,    /* no such panorama, or no such match */

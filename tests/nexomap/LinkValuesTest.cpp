@@ -92,4 +92,16 @@ TEST(LinkValues, StationsAboveEachOtherOrAtOnePlaceGiveFiniteNumbers)
     }
 }
 
+TEST(LinkValues, AnglesOfAnySizeMakeARotation)
+{
+    for (const double angle : {1e160, -1e308, 7.0, -1e-300}) {
+        LinkValues values;
+        values.spacing = 2.0;
+        values.rot_0 = values.rot_1 = values.tilt_x0 = values.tilt_x1 = values.tilt_y0 = angle;
+        const Pose pose = relativePose(values);
+        EXPECT_LT((pose.R * pose.R.transpose() - Eigen::Matrix3d::Identity()).norm(), 1e-9) << angle;
+        EXPECT_NEAR(pose.t.norm(), 2.0, 1e-9) << angle;
+    }
+}
+
 } // namespace

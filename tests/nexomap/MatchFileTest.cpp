@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 
 using namespace nexomap;
 
@@ -125,6 +126,30 @@ TEST(MatchFile, SoundChecksumsDoNotMakeNonsenseAPose)
     bad = record();
     bad.station_0.up.setZero();
     EXPECT_TRUE(refused(encodeMatchRecord(bad)));
+}
+
+TEST(MatchFile, NumbersWhoseSquaresWouldOverflowAreRefused)
+{
+    const auto refusedWith = [](const std::function<void(MatchRecord*)>& change) {
+        MatchRecord bad = record();
+        bad.link.pose.ties = {{MadeUpTour::nameOf(3), MadeUpTour::nameOf(4), -0.25, 0.02}};
+        change(&bad);
+        return refused(encodeMatchRecord(bad));
+    };
+    EXPECT_FALSE(refusedWith([](MatchRecord*) {}));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) { r->link.pose.t_0_from_1.y() = -1e160; }));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) { r->companions[0].pose.t_0_from_1.z() = 1e7; }));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) { r->link.pose.information(0, 5) = 1e200; }));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) { r->station_1.world_from_pano.t.x() = 1e19; }));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) { r->station_0.height_m = -1e308; }));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) { r->link.pose.ties[0].log_ratio = 800.0; }));
+    EXPECT_TRUE(refusedWith([](MatchRecord* r) {
+        r->link.pose.metric = false;
+        r->link.pose.t_0_from_1 = {1e-300, 0, 0};
+    })) << "a direction of no length";
+    std::vector<PairInlier> far = tour().pairPose(0, 1).inliers;
+    far[3].range_0_m = 1e30f;
+    EXPECT_THROW(decodeInliers(encodeInliers("A", "B", far), "A", "B"), Failure);
 }
 
 } // namespace

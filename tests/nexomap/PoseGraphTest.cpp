@@ -5,6 +5,7 @@
 
 #include "nexomap/src/graph/PoseGraph.h"
 #include "nexomap/src/graph/CyclePruning.h"
+#include "nexomap/src/graph/GraphOptimizer.h"
 #include "tests/nexomap/MadeUpTour.h"
 
 #include <gtest/gtest.h>
@@ -350,6 +351,21 @@ TEST(Crowding, StationsAtTheUsualDistanceOrWithAViewOfTheirOwnStayTogether)
     EXPECT_TRUE(together(withAFifthStation(0.8, 0.3))); // either side of a door
     EXPECT_TRUE(together(withAFifthStation(0.8, 0.7, true)));
     EXPECT_TRUE(together(withAFifthStation(0.8, 0.7, false, true)));
+}
+
+TEST(PoseGraph, AContradictionBeyondAllNumbersEnds)
+{
+    std::vector<PairPose> measured(2);
+    for (PairPose& pose : measured)
+        pose.metric = true;
+    measured[0].t_0_from_1 = {1e200, 0, 0}; // the square of the contradiction is infinite
+    measured[1].t_0_from_1 = {-1e200, 0, 0};
+    const std::vector<GraphEdge> edges{{0, 1, &measured[0], false}, {0, 1, &measured[1], false}};
+    std::vector<Pose> poses{{}, {Eigen::Matrix3d::Identity(), measured[0].t_0_from_1}};
+    const std::vector<double> weights =
+        optimizeRobustly(edges, {Matrix6d::Identity(), Matrix6d::Identity()}, {1, 1}, {0, 0}, {}, poses);
+    ASSERT_EQ(weights.size(), 2u);
+    EXPECT_EQ(weights[1], 0.0);
 }
 
 } // namespace

@@ -202,6 +202,26 @@ TEST_F(SavedTour, LoadingTwiceOrUnknownNamesIsRefused)
               NEXOMAP_UNKNOWN_NAME);
 }
 
+TEST_F(SavedTour, PlacesAndLengthsBeyondAThousandKilometresAreRefused)
+{
+    const MadeUpTour tour = flat();
+    start(tour);
+    for (const double far : {1e7, -1e19, 1e308}) {
+        EXPECT_EQ(NexomapLoadPanoNode(MadeUpTour::pathOf(0).c_str(), far, 0, 0, 0, 0, 0, -1, -1, ""),
+                  NEXOMAP_BAD_ARGUMENT);
+        EXPECT_EQ(NexomapLoadPanoNode(MadeUpTour::pathOf(0).c_str(), 0, 0, 0, 0, far, 0, -1, -1, ""),
+                  NEXOMAP_BAD_ARGUMENT);
+    }
+    EXPECT_EQ(NexomapGetPanoNodeNum(), 0);
+    for (const int k : {0, 1})
+        ASSERT_EQ(NexomapLoadPanoNode(MadeUpTour::pathOf(k).c_str(), 9e5 * k, 0, 0, 0, 0, 0, -1, -1, ""),
+                  NEXOMAP_OK);
+    const std::string a = MadeUpTour::nameOf(0), b = MadeUpTour::nameOf(1);
+    EXPECT_EQ(NexomapLoadPanoMatch(a.c_str(), b.c_str(), 0, 0, 0, 0, 0, 2, 2, 1e160, 0, 1),
+              NEXOMAP_BAD_ARGUMENT);
+    EXPECT_EQ(NexomapLoadPanoMatch(a.c_str(), b.c_str(), 0, 0, 0, 0, 0, 2, 2, 9e5, 0, 1), NEXOMAP_OK);
+}
+
 TEST_F(SavedTour, PlanValuesComeBackAsTheyWereLoaded)
 {
     const MadeUpTour tour = flat();

@@ -5,6 +5,7 @@
 
 #include "nexomap/src/Failure.h"
 #include "nexomap/src/files/ByteStream.h"
+#include "nexomap/src/Plausible.h"
 
 #include <zlib.h>
 
@@ -104,9 +105,12 @@ StoredPose getStoredPose(ByteReader& in)
     getMatrix(in, stored.pose.R_0_from_1);
     getMatrix(in, stored.pose.t_0_from_1);
     getMatrix(in, stored.pose.information);
-    const bool sound = isRotation(stored.pose.R_0_from_1) && stored.pose.t_0_from_1.allFinite() &&
-                       stored.pose.information.allFinite() && stored.pose.reliability >= 0.0 &&
-                       stored.pose.reliability <= 1.0 && stored.mode >= 0 && stored.mode <= 2;
+    const PairPose& pose = stored.pose;
+    const bool directed = pose.metric || pose.rotation_only || pose.t_0_from_1.norm() >= kShortestDirection;
+    const bool sound =
+        isRotation(pose.R_0_from_1) && isPlace(pose.t_0_from_1) && directed && pose.information.allFinite() &&
+        pose.information.cwiseAbs().maxCoeff() <= kMostInformation && pose.reliability >= 0.0 &&
+        pose.reliability <= 1.0 && stored.mode >= 0 && stored.mode <= 2;
     if (in.failed() || !sound) refuse("holds no pose");
     return stored;
 }
@@ -126,8 +130,8 @@ StoredStation getStation(ByteReader& in)
     getMatrix(in, station.world_from_pano.t);
     getMatrix(in, station.up);
     station.height_m = in.get<double>();
-    const bool sound = isRotation(station.world_from_pano.R) && station.world_from_pano.t.allFinite() &&
-                       std::abs(station.up.norm() - 1.0) < 1e-6 && std::isfinite(station.height_m);
+    const bool sound = isRotation(station.world_from_pano.R) && isPlace(station.world_from_pano.t) &&
+                       std::abs(station.up.norm() - 1.0) < 1e-6 && isLength(station.height_m);
     if (in.failed() || !sound) refuse("holds no station");
     return station;
 }
@@ -174,7 +178,8 @@ MatchRecord decodeMatchRecord(const Bytes& bytes)
         tie.name_1 = in.getText(16);
         tie.log_ratio = in.get<double>();
         tie.sigma = in.get<double>();
-        if (in.failed() || !std::isfinite(tie.log_ratio) || !(tie.sigma > 1e-3 && tie.sigma < 1e3))
+        if (in.failed() || !(std::abs(tie.log_ratio) <= kMostLogRatio) ||
+            !(tie.sigma > 1e-3 && tie.sigma < 1e3))
             refuse("holds no tie of lengths");
         record.link.pose.ties.push_back(std::move(tie));
     }
@@ -216,7 +221,8 @@ std::vector<PairInlier> decodeInliers(const Bytes& bytes, const std::string& nam
         inlier.range_1_m = in.get<float>();
         const bool sound = std::abs(inlier.bearing_0.norm() - 1.f) < 1e-3f &&
                            std::abs(inlier.bearing_1.norm() - 1.f) < 1e-3f && inlier.range_0_m >= 0.f &&
-                           inlier.range_1_m >= 0.f && std::isfinite(inlier.range_0_m + inlier.range_1_m);
+                           inlier.range_1_m >= 0.f && isLength(inlier.range_0_m) &&
+                           isLength(inlier.range_1_m);
         if (!sound) refuse("holds a feature that is none");
     }
     return inliers;

@@ -13,6 +13,7 @@ namespace nexomap {
 namespace {
 
 constexpr double kInlierChi2 = 25.0; // 6 degrees of freedom, p about 3e-4
+constexpr double kMostChi2 = 1e30;   // what is beyond counts as this: halving infinity has no end
 
 /// Error of an edge and its derivatives by the right perturbations [rotation, world translation] of both
 /// ends.
@@ -181,7 +182,7 @@ std::vector<double> optimizeRobustly(const std::vector<GraphEdge>& edges,
     if (worst <= kInlierChi2) return weights;
     OptimizerOptions few = options;
     few.iterations = 5;
-    for (double mu = 2.0 * worst / kInlierChi2;; mu = std::max(1.0, 0.5 * mu)) {
+    for (double mu = 2.0 * std::min(worst, kMostChi2) / kInlierChi2;; mu = std::max(1.0, 0.5 * mu)) {
         for (std::size_t e = 0; e < edges.size(); ++e) {
             if (!kept[e]) continue;
             const double chi2 = edgeChi2(edges[e], information[e], poses[edges[e].i], poses[edges[e].j]);

@@ -5,6 +5,7 @@
 
 #include "nexomap/src/Failure.h"
 #include "nexomap/src/model/Names.h"
+#include "nexomap/src/Plausible.h"
 
 #include <cmath>
 #include <cstring>
@@ -25,6 +26,13 @@ template <class... Reals>
 void requireFinite(Reals... reals)
 {
     if (!(std::isfinite(reals) && ...)) throw Failure(NEXOMAP_BAD_ARGUMENT, "a real is not a number");
+}
+
+/// @throws Failure(NEXOMAP_BAD_ARGUMENT) unless every real is a length of this world
+template <class... Reals>
+void requireLengths(Reals... metres)
+{
+    if (!(isLength(metres) && ...)) throw Failure(NEXOMAP_BAD_ARGUMENT, "a length is beyond all bounds");
 }
 
 /// A panorama's name from a buffer of 16 bytes; never reads past it.

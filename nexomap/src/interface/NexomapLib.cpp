@@ -254,7 +254,8 @@ int NexomapLoadPanoNode(const char* pno_path, double position_x, double position
 {
     return changingSettled([&](Model& model, const Workplace& workplace) {
         requireAll(plan_name);
-        requireFinite(position_x, position_y, position_z, vertex_x, vertex_y, direction);
+        requireFinite(direction);
+        requireLengths(position_x, position_y, position_z, vertex_x, vertex_y);
         const std::string plan = plan_name;
         if (!isBareName(plan)) throw Failure(NEXOMAP_BAD_ARGUMENT, "a plan's name has no folder");
         loadNode(model, workplace,
@@ -274,7 +275,8 @@ int NexomapLoadPanoMatch(const char* name_0, const char* name_1, double rot_0, d
 {
     return changingSettled([&](Model& model, const Workplace& workplace) {
         const std::string first = nameOf(name_0), second = nameOf(name_1);
-        requireFinite(rot_0, rot_1, tilt_x0, tilt_x1, tilt_y0, icon_y0, icon_y1, spacing, reliability);
+        requireFinite(rot_0, rot_1, tilt_x0, tilt_x1, tilt_y0, icon_y0, icon_y1, reliability);
+        requireLengths(spacing);
         if (mode < 0 || mode > 2) throw Failure(NEXOMAP_BAD_ARGUMENT, "a mode is 0, 1 or 2");
         if (spacing < 0.0 || reliability < 0.0 || reliability > 1.0)
             throw Failure(NEXOMAP_BAD_ARGUMENT, "a spacing is not negative, a reliability lies in 0 to 1");

@@ -37,7 +37,7 @@ double rollOf(const Eigen::Matrix3d& world_from_pano, const Eigen::Vector3d& wal
 
 Eigen::Matrix3d rotationAboutX(double angle)
 {
-    return expRotation(Eigen::Vector3d(angle, 0, 0));
+    return expRotation(Eigen::Vector3d(wrapAngle(angle), 0, 0)); // saved values may be of any size
 }
 
 } // namespace
