@@ -30,7 +30,8 @@ std::vector<PickedPair> picks(const MadeUpTour& tour, int a, int b, int count, d
                               unsigned seed)
 {
     std::mt19937 random(seed);
-    std::normal_distribution<double> normal(0.0, noise_deg * kDegree);
+    std::normal_distribution<double> unit_normal; // which takes no deviation of 0
+    const auto normal = [&] { return noise_deg * kDegree * unit_normal(random); };
     std::uniform_real_distribution<double> unit(0.0, 1.0);
     std::vector<PickedPair> all;
     while (int(all.size()) < count) {
@@ -45,8 +46,8 @@ std::vector<PickedPair> picks(const MadeUpTour& tour, int a, int b, int count, d
         for (const PickedPair& p : all)
             apart = apart && directionFromAngles(p.azimuth_0, p.polar_0).dot(u) < std::cos(25 * kDegree);
         if (!apart && count <= 8) continue;
-        all.push_back({azimuthOf(u) + normal(random) / std::sin(polarOf(u)), polarOf(u) + normal(random),
-                       azimuthOf(v) + normal(random) / std::sin(polarOf(v)), polarOf(v) + normal(random)});
+        all.push_back({azimuthOf(u) + normal() / std::sin(polarOf(u)), polarOf(u) + normal(),
+                       azimuthOf(v) + normal() / std::sin(polarOf(v)), polarOf(v) + normal()});
     }
     return all;
 }
