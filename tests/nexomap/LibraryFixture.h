@@ -84,6 +84,31 @@ protected:
         r.name_1 = b;
         return r;
     }
+    /// Counts and indices fit each other, and every number is one.
+    static void expectSound()
+    {
+        const int nodes = NexomapGetPanoNodeNum(), matches = NexomapGetPanoMatchNum();
+        if (nodes == NEXOMAP_NOT_READY) return;
+        int members = 0;
+        for (int g = 0; g < NexomapGetPanoGroupNum(); ++g) {
+            const int size = NexomapGetPanoNodeNumInOneGroup(g);
+            if (g > 0) {
+                EXPECT_LE(size, NexomapGetPanoNodeNumInOneGroup(g - 1));
+            }
+            members += size;
+        }
+        ASSERT_EQ(members, nodes);
+        std::set<std::string> pairs;
+        for (int m = 0; m < matches; ++m) {
+            const MatchReport r = match(m);
+            ASSERT_TRUE(pairs.insert(std::min(r.name_0, r.name_1) + std::max(r.name_0, r.name_1)).second);
+            for (const double real :
+                 {r.rot_0, r.rot_1, r.tilt_x0, r.tilt_x1, r.tilt_y0, r.icon_y0, r.icon_y1, r.spacing})
+                ASSERT_TRUE(std::isfinite(real)) << r.name_0 << " " << r.name_1;
+        }
+        for (int n = 0; n < nodes; ++n)
+            ASSERT_TRUE(node(n).position.allFinite() && node(n).rotation.allFinite());
+    }
     static int indexOf(const MadeUpTour& tour, const std::string& name)
     {
         for (int k = 0; k < int(tour.stations.size()); ++k)

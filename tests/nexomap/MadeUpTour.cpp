@@ -125,6 +125,34 @@ FrontEnd MadeUpTour::frontEnd() const
     return front;
 }
 
+FrontEnd everySecondRanged(const MadeUpTour& tour)
+{
+    FrontEnd front = tour.frontEnd();
+    const auto ranged = [](const std::string& id) { return (id.back() - 'A') % 2 == 0; };
+    front.load = [=, load = front.load](const std::string& path, std::string* error) {
+        const auto panorama = load(path, error);
+        if (!panorama || ranged(panorama->id)) return panorama;
+        auto bare = std::make_shared<Panorama>(*panorama);
+        bare->range = {};
+        bare->camera_height_m = 0.0;
+        return std::shared_ptr<const Panorama>(bare);
+    };
+    front.match = [=, match = front.match](const Panorama& p, const Panorama& q) {
+        auto pose = match(p, q);
+        if (!pose || (ranged(p.id) && ranged(q.id))) return pose;
+        const double length = pose->t_0_from_1.norm();
+        pose->metric = false;
+        pose->t_0_from_1 /= length;
+        pose->information.bottomRightCorner<3, 3>() *= length * length;
+        for (PairInlier& inlier : pose->inliers) {
+            if (!ranged(p.id)) inlier.range_0_m = 0.f;
+            if (!ranged(q.id)) inlier.range_1_m = 0.f;
+        }
+        return pose;
+    };
+    return front;
+}
+
 TemporaryFolder::TemporaryFolder(const std::string& name)
 {
     const std::string pattern = (std::filesystem::temp_directory_path() / (name + " XXXXXX")).string();

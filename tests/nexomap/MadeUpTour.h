@@ -49,6 +49,9 @@ struct MadeUpTour
     static std::string pathOf(int index) { return "tour/" + nameOf(index) + ".pno"; }
 };
 
+/// A front end in which the odd stations have no ranges, and pairs with one of them no scale of their own.
+nexomap::FrontEnd everySecondRanged(const MadeUpTour& tour);
+
 /// A folder of its own for one test, removed with everything in it.
 class TemporaryFolder
 {
