@@ -8,7 +8,7 @@
 #include "nexomap/src/graph/ScaleRecovery.h"
 
 #include <algorithm>
-#include <limits>
+#include <map>
 
 namespace nexomap {
 namespace {
@@ -16,6 +16,7 @@ namespace {
 constexpr double kSameView = 0.45; // share of the matches that agree
 constexpr double kCrowded_m = 1.25;
 constexpr double kCrowdedShare = 0.55; // of what the stations' nearest ones are away in the median
+constexpr std::size_t kFewest = 4;     // stations of which that is known
 
 bool sameView(const PairPose& pose)
 {
@@ -25,34 +26,34 @@ bool sameView(const PairPose& pose)
 } // namespace
 
 std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
-                                  const std::vector<int>& component, const std::vector<Pose>& poses)
+                                  const std::vector<int>& tied, const std::vector<int>& component,
+                                  const std::vector<Pose>& poses)
 {
     std::vector<char> crowded(poses.size(), 0);
-    const auto length = [&](const GraphEdge& edge) { return (poses[edge.i].t - poses[edge.j].t).norm(); };
-    const int groups = component.empty() ? 0 : *std::max_element(component.begin(), component.end()) + 1;
-    for (int group = 0; group < groups; ++group) {
+    const auto length = [&](std::size_t e) { return (poses[edges[e].i].t - poses[edges[e].j].t).norm(); };
+    for (std::size_t s = 0; s < edges.size(); ++s) {
+        if (!kept[s] || tied[s] < 0 || !sameView(*edges[s].pose)) continue;
+        const int group = component[edges[s].i];
         std::vector<int> members;
         for (std::size_t n = 0; n < poses.size(); ++n)
             if (component[n] == group) members.push_back(int(n));
-        if (members.size() < 3) continue;
         const double close = kCrowded_m / conventionalScale(poses, members, edges, kept);
-        std::vector<double> nearest(poses.size(), std::numeric_limits<double>::infinity()), usual;
-        std::vector<std::size_t> suspects;
+        if (length(s) >= close) continue;
+        // How far the others' nearest stand, whose lengths are tied to this one's.
+        std::map<int, double> nearest;
         for (std::size_t e = 0; e < edges.size(); ++e) {
-            const int i = edges[e].i, j = edges[e].j;
-            if (component[i] != group || component[j] != group) continue;
-            if (sameView(*edges[e].pose) && length(edges[e]) < close)
-                suspects.push_back(e); // whether believed or not: both stand there
-            else if (kept[e])
-                for (const int n : {i, j})
-                    nearest[n] = std::min(nearest[n], length(edges[e]));
+            if (!kept[e] || tied[e] != tied[s] || component[edges[e].i] != group) continue;
+            if (sameView(*edges[e].pose) && length(e) < close) continue;
+            for (const int n : {edges[e].i, edges[e].j}) {
+                const auto at = nearest.emplace(n, length(e)).first;
+                at->second = std::min(at->second, length(e));
+            }
         }
-        for (const int n : members)
-            if (nearest[n] < std::numeric_limits<double>::infinity()) usual.push_back(nearest[n]);
-        if (suspects.empty() || usual.empty()) continue;
-        const double least = kCrowdedShare * median(usual);
-        for (const std::size_t e : suspects)
-            if (length(edges[e]) < least) crowded[edges[e].i] = crowded[edges[e].j] = 1;
+        std::vector<double> usual;
+        for (const auto& [node, distance] : nearest)
+            usual.push_back(distance);
+        if (usual.size() >= kFewest && length(s) < kCrowdedShare * median(usual))
+            crowded[edges[s].i] = crowded[edges[s].j] = 1;
     }
     return crowded;
 }

@@ -12,10 +12,13 @@ namespace nexomap {
 /// furnished alike are taken from alike places, and their pictures agree better than those of true
 /// neighbours. Which of the two stands in the wrong room nothing tells.
 /// @param edges      measured, without lengths of their own where they have no scale
-/// @param poses      of the nodes, each group in a scale of its own
+/// @param tied       of each edge what its length is tied to, as recoverScales() writes it: others say
+/// nothing
 /// @param component  of each node its group
+/// @param poses      of the nodes, each group in a scale of its own
 /// @return one flag a node
 std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
-                                  const std::vector<int>& component, const std::vector<Pose>& poses);
+                                  const std::vector<int>& tied, const std::vector<int>& component,
+                                  const std::vector<Pose>& poses);
 
 } // namespace nexomap

@@ -83,10 +83,11 @@ bool hasScaleless(const std::vector<GraphEdge>& edges, const std::vector<char>& 
 }
 
 /// Stations that stand where another one does stay by themselves, but for what an author has linked.
-bool dropCrowded(const std::vector<GraphEdge>& measured, const std::vector<int>& component,
-                 const std::vector<Pose>& poses, const std::vector<char>& held, std::vector<char>& kept)
+bool dropCrowded(const std::vector<GraphEdge>& measured, const std::vector<int>& tied,
+                 const std::vector<int>& component, const std::vector<Pose>& poses,
+                 const std::vector<char>& held, std::vector<char>& kept)
 {
-    const std::vector<char> crowded = crowdedStations(measured, kept, component, poses);
+    const std::vector<char> crowded = crowdedStations(measured, kept, tied, component, poses);
     bool changed = false;
     for (std::size_t e = 0; e < measured.size(); ++e) {
         if (!kept[e] || held[e] || measured[e].pose->metric) continue;
@@ -107,7 +108,8 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
     dropUnconfirmed(nodes, measured, solution.kept);
     reconnect(nodes, measured, held, solution.kept);
 
-    const std::vector<double> scales = recoverScales(nodes, measured, solution.kept);
+    std::vector<int> tied;
+    const std::vector<double> scales = recoverScales(nodes, measured, solution.kept, &tied);
     const ScaledEdges scaled = scaledEdges(measured, scales);
     const std::vector<GraphEdge>& edges = scaled.edges;
     std::vector<Matrix6d> information;
@@ -130,7 +132,7 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
         changed = true;
     }
     if (changed) solution.component = connectedComponents(nodes, edges, solution.kept);
-    changed |= dropCrowded(measured, solution.component, solution.poses, held, solution.kept);
+    changed |= dropCrowded(measured, tied, solution.component, solution.poses, held, solution.kept);
     if (changed) {
         reconnect(nodes, edges, held, solution.kept);
         solution.component = connectedComponents(nodes, edges, solution.kept);

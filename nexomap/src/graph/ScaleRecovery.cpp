@@ -86,9 +86,10 @@ Eigen::Vector2d rayDepths(const Eigen::Vector3d& bearing_0, const Eigen::Vector3
 }
 
 std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges,
-                                  const std::vector<char>& kept)
+                                  const std::vector<char>& kept, std::vector<int>* tied)
 {
     std::vector<double> scales(edges.size(), 1.0);
+    if (tied) tied->assign(edges.size(), -1);
     bool any = false;
     for (std::size_t e = 0; e < edges.size(); ++e)
         any |= kept[e] && !edges[e].pose->metric;
@@ -99,6 +100,7 @@ std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges
     Eigen::VectorXd log_scales = solveTies({int(edges.size()), nodes}, ties);
     int sets = 0;
     const std::vector<int> set = tiedSets(nodes, edges, kept, ties, &sets);
+    if (tied) *tied = set;
     // Each set starts at a median length of 1, so that the wish for equal lengths means what it says.
     for (int s = 1; s < sets; ++s) {
         std::vector<double> values;

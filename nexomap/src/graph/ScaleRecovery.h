@@ -12,9 +12,11 @@ namespace nexomap {
 /// Lengths of the edges whose translation is a mere direction, relative to each other and, where ranges
 /// allow, in metres. Features that two edges share at a panorama have one depth there, which ties the edges'
 /// lengths; features with a range tie them to the metre; what neither ties is tied by closed loops.
+/// @param tied  written when given: edges whose lengths are tied to each other, not by loops alone, have the
+///              same number; -1 for metric edges and those that are not kept
 /// @return per edge the factor of its unit translation; 1 for metric edges
 std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges,
-                                  const std::vector<char>& kept);
+                                  const std::vector<char>& kept, std::vector<int>* tied = nullptr);
 
 /// Factor that brings a group without metres to its conventional size: stations 1.5 m above the floor where
 /// triangulated features show one, otherwise a median distance of 2 m between linked stations.
