@@ -148,6 +148,7 @@ TEST_P(HostileTour, MatchFilesWithNumbersOfAnySizeAreRefusedOrDoNoHarm)
             if (dice.below(4) == 0)
                 record.link.pose.ties.push_back({MadeUpTour::nameOf(int(dice.below(8))),
                                                  MadeUpTour::nameOf(int(dice.below(8))), 0.1, 0.02});
+            if (dice.below(4) == 0) record.link.pose.matches = int(dice.below(5)) - 2;
             if (dice.below(4) == 0) record.link.pose.metric = !record.link.pose.metric;
             if (dice.below(4) == 0) record.link.pose.rotation_only = !record.link.pose.rotation_only;
             if (dice.below(4) == 0)

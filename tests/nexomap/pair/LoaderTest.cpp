@@ -3,7 +3,7 @@
 
 #include "nexomap/src/pair/RangeReduction.h"
 #include "nexomap/src/pair/Sphere.h"
-#include "tests/nexomap/pair/MadeUpRoom.h"
+#include "tests/nexomap/pair/RoomFile.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
@@ -13,35 +13,6 @@
 using namespace nexomap;
 
 namespace {
-
-pnotest::Bytes encoded(const cv::Mat& tile, const char* kind)
-{
-    pnotest::Bytes bytes;
-    cv::imencode(kind, tile, bytes);
-    return bytes;
-}
-
-/// A file whose level 8 shows the room, and whose depth tiles, 4 x 4 samples to a cell, hold its ranges.
-pnotest::PnoOptions roomFile(const MadeUpRoom::Shot& shot, bool lidar)
-{
-    pnotest::PnoOptions options;
-    options.identity = "ABCDEFGHIJKLMN";
-    cv::Mat3b picture;
-    cv::resize(shot.picture, picture, cv::Size(4096, 2048), 0, 0, cv::INTER_LINEAR);
-    options.tiles = [picture](int level, int column, int row) {
-        if (level != 8) return pnotest::Bytes{1, 2, 3, 4};
-        return encoded(picture(cv::Rect(3840 - 256 * column, 256 * row, 256, 256)), ".jpg");
-    };
-    if (!lidar) return options;
-    const cv::Mat1w range = shot.range_mm;
-    options.depthTiles = [range](int, int column, int row) {
-        cv::Mat1w tile;
-        cv::resize(range(cv::Rect((31 - column) * 64, row * 64, 64, 64)), tile, cv::Size(256, 256), 0, 0,
-                   cv::INTER_NEAREST);
-        return encoded(tile, ".png");
-    };
-    return options;
-}
 
 MadeUpRoom::Shot roomShot()
 {
