@@ -210,6 +210,29 @@ TEST(PoseGraph, WithoutScaleAndFloorTheMedianSpacingIsTwo)
     expectPoses(tour, solution, 0, 0.3, 0.3, truths[truths.size() / 2] / 2.0);
 }
 
+TEST(PoseGraph, WithoutScaleAnotherGroupDoesNotMoveTheLengthsOfThis)
+{
+    // A ring of stations, one that hangs on a single edge, and strangers that come before or not at all.
+    const auto hanging = [](bool strangers) {
+        MadeUpTour tour = grid(3);
+        tour.lidar = false;
+        tour.inliers = 0;
+        tour.rotation_sigma = 0.02 * kDegree;
+        tour.translation_sigma = 0.002;
+        tour.add(-3.0, -3.0, 0.5);
+        if (strangers) {
+            tour.add(60.0, 60.0, 0.5);
+            tour.add(63.0, 60.0, 1.5);
+            std::rotate(tour.stations.begin(), tour.stations.end() - 2, tour.stations.end());
+        }
+        const GraphSolution solution = graphOf(tour).solve(int(tour.stations.size()));
+        const std::size_t first = strangers ? 2 : 0;
+        const auto& poses = solution.poses;
+        return (poses[first + 9].t - poses[first].t).norm() / (poses[first + 4].t - poses[first].t).norm();
+    };
+    EXPECT_NEAR(hanging(true) / hanging(false), 1.0, 0.01);
+}
+
 TEST(PoseGraph, TwoWrongEdgesThatAgreeDoNotCutTheRightBridgeBetweenThem)
 {
     // Station 3 stands in the twin of the room of 4 and 5, and matches them as if it stood there.

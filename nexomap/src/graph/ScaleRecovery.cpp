@@ -10,11 +10,35 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace nexomap {
 namespace {
 
 constexpr double kSmallestParallax = 0.6 * kDegree;
+
+/// One set of each group that has no metre, whose factor stays 1: without it the loops of a group close best
+/// when they shrink to a point. The largest, so that the weak wish for the others means what it says.
+std::vector<char> heldSets(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
+                           const std::vector<int>& set, int sets)
+{
+    const std::vector<int> component = connectedComponents(nodes, edges, kept);
+    std::map<int, std::map<int, int>> sizes; // of each group's sets
+    std::map<int, bool> metric;
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        if (!kept[e]) continue;
+        const int group = component[edges[e].i];
+        metric[group] = metric[group] || edges[e].pose->metric || set[e] == 0;
+        if (set[e] > 0) ++sizes[group][set[e]];
+    }
+    std::vector<char> held(std::size_t(sets), 0);
+    for (const auto& [group, counts] : sizes)
+        if (!metric[group])
+            held[std::size_t(std::max_element(counts.begin(), counts.end(), [](const auto& a, const auto& b) {
+                                 return a.second < b.second;
+                             })->first)] = 1;
+    return held;
+}
 
 /// Factors of the tied sets by closed loops: positions and factors together, linear least squares, with a
 /// weak wish that all sets have the same median length.
@@ -23,17 +47,14 @@ void closeLoops(int nodes, const std::vector<GraphEdge>& edges, const std::vecto
 {
     const std::vector<double> ones(edges.size(), 1.0);
     const std::vector<Pose> start = chainPoses(nodes, edges, spanningForest(nodes, edges, kept), ones);
-    bool metric = false;
-    for (std::size_t e = 0; e < edges.size(); ++e)
-        metric |= kept[e] && (edges[e].pose->metric || set[e] == 0);
+    const std::vector<char> held = heldSets(nodes, edges, kept, set, sets);
     const int unknowns = 3 * nodes + sets;
-    const int fixed = metric ? 0 : 1; // the set whose factor stays 1
     Eigen::VectorXd factors = Eigen::VectorXd::Ones(sets);
     std::vector<double> weights(edges.size(), 1.0);
     for (int round = 0; round < 10; ++round) {
         NormalEquations normal(unknowns, 1e-9);
         for (int s = 0; s < sets; ++s) {
-            const double w = s == fixed || s == 0 ? 1e9 : 1e-3;
+            const double w = s == 0 || held[std::size_t(s)] ? 1e9 : 1e-3;
             normal.add(3 * nodes + s, 3 * nodes + s, w);
             normal.right(3 * nodes + s) += w;
         }
