@@ -58,20 +58,21 @@ std::string line(const TruthSet& set, const std::string& name, const TruthSet::P
                                                          : off < 5.0);
     const Matrix6d covariance = (pose.information + 1e-9 * Matrix6d::Identity()).inverse();
     char text[800];
-    std::snprintf(
-        text, sizeof text,
-        "%s,%d,%d,%.4f,%.3f,%d,%d,%d,%.3f,%.2f,%.4f,%d,%d,%d,%.4f,%.4f,%.3f,%.3f,%d,%.2f,%.3f,%.3f,"
-        "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f,%.3f,%d,%.3f,%.4f,%d,%.4f,%.3f,%d,%.3f,%.3f,%.3f,%d,%.3f\n",
-        name.c_str(), pair.index_0, pair.index_1, pair.covisible, apart, int(right), int(pose.metric),
-        int(pose.rotation_only), turn, pose.metric ? shift * 100.0 : off, pose.reliability, e.inliers,
-        e.cells, e.outside, e.inlier_share, e.second_share, e.lean / kDegree, e.rms, e.guided, e.chance,
-        e.elevation / kDegree, e.direction_sigma / kDegree, e.floor_step_m, e.ranges.samples, e.ranges.agree,
-        e.ranges.violation, e.ranges.covisible, pose.t_0_from_1.norm(),
-        std::sqrt(covariance.topLeftCorner<3, 3>().trace()) / kDegree,
-        std::sqrt(covariance.bottomRightCorner<3, 3>().trace()), e.parallax / kDegree, e.silent.places,
-        e.silent.share, e.position_sigma_m, e.sight.lines, e.sight.crossed, e.sight.open, e.sight.places,
-        e.sight.silent, e.walls.agree_m2, e.walls.moved_m2, e.silent.expected,
-        e.skew ? *e.skew / kDegree : -1.0);
+    std::snprintf(text, sizeof text,
+                  "%s,%d,%d,%.4f,%.3f,%d,%d,%d,%.3f,%.2f,%.4f,%d,%d,%d,%.4f,%.4f,%.3f,%.3f,%d,%.2f,%.3f,%.3f,"
+                  "%.3f,%d,%.4f,%.4f,%.4f,%.3f,%.4f,%.4f,%.3f,%d,%.3f,%.4f,%d,%.4f,%.3f,%d,%.3f,%.3f,%.3f,%d,"
+                  "%.3f,%d,%d\n",
+                  name.c_str(), pair.index_0, pair.index_1, pair.covisible, apart, int(right),
+                  int(pose.metric), int(pose.rotation_only), turn, pose.metric ? shift * 100.0 : off,
+                  pose.reliability, e.inliers, e.cells, e.outside, e.inlier_share, e.second_share,
+                  e.lean / kDegree, e.rms, e.guided, e.chance, e.elevation / kDegree,
+                  e.direction_sigma / kDegree, e.floor_step_m, e.ranges.samples, e.ranges.agree,
+                  e.ranges.violation, e.ranges.covisible, pose.t_0_from_1.norm(),
+                  std::sqrt(covariance.topLeftCorner<3, 3>().trace()) / kDegree,
+                  std::sqrt(covariance.bottomRightCorner<3, 3>().trace()), e.parallax / kDegree,
+                  e.silent.places, e.silent.share, e.position_sigma_m, e.sight.lines, e.sight.crossed,
+                  e.sight.open, e.sight.places, e.sight.silent, e.walls.agree_m2, e.walls.moved_m2,
+                  e.silent.expected, e.skew ? *e.skew / kDegree : -1.0, e.silent.comparable, e.silent.alike);
     return text;
 }
 
@@ -92,7 +93,7 @@ int main(int argc, char** argv)
         "inlier_share,second_share,lean_deg,rms,guided,chance,elevation_deg,direction_sigma_deg,floor_step_m,"
         "samples,agree,violation,range_covisible,length_m,sigma_deg,sigma_m,parallax_deg,silent_places,"
         "silent_share,position_sigma_m,lines,crossed,open,sight_places,sight_silent,walls_agree_m2,"
-        "walls_moved_m2,expected,skew_deg");
+        "walls_moved_m2,expected,skew_deg,comparable,alike");
     for (const std::string& folder : folders) {
         const auto set = readTruthSet(folder, options);
         if (!set) return 1;

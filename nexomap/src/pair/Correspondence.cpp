@@ -14,16 +14,7 @@ namespace {
 
 constexpr double kMaxTurn = 30.0 * kDegree;
 constexpr double kMaxSizeRatio = 1.6;
-// Level surfaces (floor, ceiling) turn under the walker: only what stands upright keeps its orientation.
 constexpr double kUprightSine = 0.57; // 35 degrees above and below the horizon
-
-bool turned(const Features& f0, int i0, const Features& f1, int i1)
-{
-    if (std::abs(f0.bearings[i0].z()) > kUprightSine || std::abs(f1.bearings[i1].z()) > kUprightSine)
-        return false;
-    const double turn = std::remainder(double(f0.angles_rad[i0]) - f1.angles_rad[i1], 2.0 * kPi);
-    return std::abs(turn) > kMaxTurn;
-}
 
 bool differentSize(const Features& f0, int i0, const Features& f1, int i1)
 {
@@ -49,17 +40,26 @@ bool repeats(const Correspondence& a, const Correspondence& b)
 
 } // namespace
 
+bool turnedAlike(const Features& f0, int i0, const Features& f1, int i1)
+{
+    if (std::abs(f0.bearings[i0].z()) > kUprightSine || std::abs(f1.bearings[i1].z()) > kUprightSine)
+        return true;
+    const double turn = std::remainder(double(f0.angles_rad[i0]) - f1.angles_rad[i1], 2.0 * kPi);
+    return std::abs(turn) <= kMaxTurn;
+}
+
 std::vector<Correspondence> plausibleMatches(const Features& f0, const Features& f1,
                                              const std::vector<DescriptorMatch>& matches)
 {
     std::vector<Correspondence> kept;
     for (const DescriptorMatch& match : matches) {
         const int i0 = match.index_0, i1 = match.index_1;
-        if (!finite(f0, i0) || !finite(f1, i1) || turned(f0, i0, f1, i1) || differentSize(f0, i0, f1, i1))
+        if (!finite(f0, i0) || !finite(f1, i1) || !turnedAlike(f0, i0, f1, i1) ||
+            differentSize(f0, i0, f1, i1))
             continue;
         kept.push_back({f0.bearings[i0].cast<double>().normalized(),
                         f1.bearings[i1].cast<double>().normalized(), std::max(0.0, double(f0.ranges_m[i0])),
-                        std::max(0.0, double(f1.ranges_m[i1])), match.distance2});
+                        std::max(0.0, double(f1.ranges_m[i1])), match.distance2, i0, i1});
     }
     std::stable_sort(kept.begin(), kept.end(), [](const Correspondence& a, const Correspondence& b) {
         return a.distance2 < b.distance2; // the best first: draws prefer them

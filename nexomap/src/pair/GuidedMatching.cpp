@@ -4,6 +4,7 @@
 // Matching again, with a pose in hand.
 #include "nexomap/src/pair/GuidedMatching.h"
 
+#include "nexomap/src/pair/BearingCells.h"
 #include "nexomap/src/pair/PlaceMatching.h"
 #include "nexomap/src/pair/Sphere.h"
 
@@ -77,30 +78,13 @@ private:
     std::vector<Best> m_0, m_1;
 };
 
-bool sameTurn(const Features& f0, int i0, const Features& f1, int i1)
-{
-    if (std::abs(f0.bearings[std::size_t(i0)].z()) > 0.57f ||
-        std::abs(f1.bearings[std::size_t(i1)].z()) > 0.57f)
-        return true;
-    return std::abs(std::remainder(double(f0.angles_rad[std::size_t(i0)]) - f1.angles_rad[std::size_t(i1)],
-                                   2.0 * kPi)) < 30.0 * kDegree;
-}
-
 } // namespace
 
 std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1, const RigidPose& pose,
                                           int max_distance2)
 {
-    constexpr int kRows = 180, kColumns = 360; // cells of a degree
     constexpr double kReach = 0.6 * kDegree;
-    std::vector<std::vector<int>> cells(std::size_t(kRows) * kColumns);
-    const EquirectGrid grid{kColumns, kRows};
-    for (std::size_t i = 0; i < f0.size(); ++i) {
-        const Eigen::Vector2d at = grid.pixel(f0.bearings[i].cast<double>());
-        cells[std::size_t(std::clamp(int(at.y()), 0, kRows - 1)) * kColumns +
-              std::size_t(std::clamp(int(at.x()), 0, kColumns - 1))]
-            .push_back(int(i));
-    }
+    const BearingCells cells(f0.bearings);
     BestPartners partners(f0, f1, max_distance2);
     for (std::size_t i = 0; i < f1.size(); ++i) {
         if (!(f1.ranges_m[i] > 0.f)) continue;
@@ -108,21 +92,14 @@ std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1
         const double range = point.norm();
         if (range < 0.2) continue;
         const Eigen::Vector3d direction = point / range;
-        const Eigen::Vector2d at = grid.pixel(direction);
-        const double sine = std::max(0.02, direction.head<2>().norm());
-        const int reach_x = std::min(kColumns / 2 - 1, int(std::ceil(kReach / kDegree / sine)));
         const double tolerance = 0.05 + 0.015 * std::max(range, double(f1.ranges_m[i]));
-        for (int row = std::max(0, int(at.y()) - 1); row <= std::min(kRows - 1, int(at.y()) + 1); ++row)
-            for (int dx = -reach_x; dx <= reach_x; ++dx) {
-                const int column = (int(at.x()) + dx + kColumns) % kColumns;
-                for (const int candidate : cells[std::size_t(row) * kColumns + std::size_t(column)]) {
-                    const Eigen::Vector3d bearing = f0.bearings[std::size_t(candidate)].cast<double>();
-                    const double range_0 = f0.ranges_m[std::size_t(candidate)];
-                    const bool near = range_0 > 0.0 ? (bearing * range_0 - point).norm() < tolerance
-                                                    : (bearing - direction).norm() < kReach;
-                    if (near && sameTurn(f0, candidate, f1, int(i))) partners.offer(candidate, int(i));
-                }
-            }
+        cells.near(direction, kReach, [&](int candidate) {
+            const Eigen::Vector3d bearing = f0.bearings[std::size_t(candidate)].cast<double>();
+            const double range_0 = f0.ranges_m[std::size_t(candidate)];
+            const bool near = range_0 > 0.0 ? (bearing * range_0 - point).norm() < tolerance
+                                            : (bearing - direction).norm() < kReach;
+            if (near && turnedAlike(f0, candidate, f1, int(i))) partners.offer(candidate, int(i));
+        });
     }
     return partners.matches();
 }

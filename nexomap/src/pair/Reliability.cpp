@@ -86,6 +86,21 @@ double freeSpace(const Evidence& e)
     return std::min(50.0 * (clear - 0.95), 3.0) - (e.ranges.agree < 0.02 ? 8.0 : 0.0);
 }
 
+/// What should match and does not. Right poses are silent in a tenth of the places, in three fifths at most
+/// where furniture was moved, and find a match for one in ten features and more of those that both must show.
+/// A corridor laid onto itself the other way round is right in every wall and finds one in twenty.
+double silenceDoubt(const SilentPlaces& silent, int guided)
+{
+    double doubt = 0.0;
+    if (silent.places >= 8) doubt += 10.5 * std::max(0.0, silent.share - 0.3);
+    if (silent.expected >= 400)
+        doubt += 7.0 * std::max(0.0, std::log(0.09 * silent.expected / std::max(1, guided)));
+    // Far off or beside something rich, one picture keeps features where the other keeps none. Where both
+    // kept one, half of them match if the pose is right, a fifth if the place only resembles the other.
+    const double unlike = 0.36 - double(silent.alike) / std::max(1, silent.comparable);
+    return std::min(doubt, 50.0 * std::max(0.0, unlike) * silent.comparable / (silent.comparable + 40.0));
+}
+
 double metricReliability(const Evidence& e)
 {
     // A right pose finds more matches than it was made from; those count half, less what chance finds.
@@ -105,12 +120,7 @@ double metricReliability(const Evidence& e)
     const double forgiven = 0.03 + 0.055 * std::clamp(10.0 * (e.inlier_share - 0.05), 0.0, 1.0);
     z -= 80.0 * std::max(0.0, e.ranges.violation - forgiven);
     if (e.ranges.agree < 0.02) z -= 3.5; // what hardly overlaps checks hardly anything
-    // Right poses are silent in a tenth of the places, in three fifths at most where furniture was moved.
-    if (e.silent.places >= 8) z -= 10.5 * std::max(0.0, e.silent.share - 0.3);
-    // They find a match for one in ten features and more of those that both must show. A corridor laid onto
-    // itself the other way round is right in every wall and finds one in twenty.
-    if (e.silent.expected >= 400)
-        z -= 7.0 * std::max(0.0, std::log(0.09 * e.silent.expected / std::max(1, e.guided)));
+    z -= silenceDoubt(e.silent, e.guided);
     return logistic(z);
 }
 

@@ -15,6 +15,8 @@ struct SilentPlaces
     int places = 0;     ///< cells of about 15 degrees, in either panorama, that should match
     double share = 0.0; ///< of them, those in which next to nothing does
     int expected = 0;   ///< features of either panorama that the other should show
+    int comparable = 0; ///< of them, those beside which the other has a feature of that size and turn
+    int alike = 0;      ///< of these, those that match
 };
 
 /// What a metric pose lays onto a surface that both measured, seen from nearly the same side and distance,
