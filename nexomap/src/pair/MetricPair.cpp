@@ -14,6 +14,7 @@ namespace nexomap {
 namespace {
 
 constexpr int kSurfaceSamples = 3000;
+constexpr int kMostHypotheses = 3;
 
 /// The verticals of the two frames.
 struct Verticals
@@ -55,31 +56,21 @@ RefinedPose refineFurther(const Panorama& p0, const Panorama& p1, const std::vec
     return fine;
 }
 
-} // namespace
-
-std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
-                                    const std::vector<Correspondence>& tentative, PairRandom& random,
-                                    Evidence* evidence)
+/// A hypothesis refined, and what speaks for and against it.
+PairPose verified(const Panorama& p0, const Panorama& p1, const std::vector<Correspondence>& tentative,
+                  const PoseHypothesis& hypothesis, const Verticals& stood, Evidence* evidence)
 {
-    const Verticals stood{uprightOf(p0.range), uprightOf(p1.range)};
-    const Eigen::Matrix3d level_0 = levelling(stood.up_0), level_1 = levelling(stood.up_1);
-    const auto hypothesis = estimateMetricPose(tentative, {}, random, level_0, level_1);
-    if (!hypothesis) return std::nullopt;
-    const auto other = estimateMetricPose(
-        tentative, flagged(tentative.size(), rangedInliers(tentative, hypothesis->pose, 3.0)), random,
-        level_0, level_1);
-    evidence->second_share = other ? double(other->inliers.size()) / double(hypothesis->inliers.size()) : 0.0;
-    countPlaces(tentative, hypothesis->inliers, evidence);
+    countPlaces(tentative, hypothesis.inliers, evidence);
 
-    std::vector<int> inliers = hypothesis->inliers;
+    std::vector<int> inliers = hypothesis.inliers;
     const int alike = alikeDistance2(tentative, inliers);
-    RefinedPose refined = refineMetricPose(tentative, inliers, hypothesis->pose, nullptr, nullptr, nullptr,
+    RefinedPose refined = refineMetricPose(tentative, inliers, hypothesis.pose, nullptr, nullptr, nullptr,
                                            nullptr, stood.up_0, stood.up_1);
     std::vector<Correspondence> matches = guidedByRange(p0.features, p1.features, refined.pose, alike);
     inliers = rangedInliers(matches, refined.pose, 1.5);
-    if (inliers.size() < hypothesis->inliers.size()) {
+    if (inliers.size() < hypothesis.inliers.size()) {
         matches = tentative;
-        inliers = hypothesis->inliers;
+        inliers = hypothesis.inliers;
     }
     refined = refineBoth(p0, p1, matches, refined.pose, stood, &inliers);
 
@@ -87,6 +78,7 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
     evidence->guided = int(guided.size());
     evidence->silent = silentPlaces(p0, p1, refined.pose, guided);
     evidence->chance = matchesByChance(p0.features, p1.features, refined.pose, alike);
+    const Eigen::Matrix3d level_0 = levelling(stood.up_0), level_1 = levelling(stood.up_1);
     evidence->lean = leanOf(level_0 * refined.pose.R * level_1.transpose());
     evidence->rms = refined.rms;
     const Eigen::Vector3d way = level_0 * refined.pose.t;
@@ -106,6 +98,36 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
     pose.information = refined.information * kInformationShare;
     pose.inliers = pairInliers(matches, inliers);
     return pose;
+}
+
+} // namespace
+
+std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
+                                    const std::vector<Correspondence>& tentative, PairRandom& random,
+                                    Evidence* evidence)
+{
+    const Verticals stood{uprightOf(p0.range), uprightOf(p1.range)};
+    const Eigen::Matrix3d level_0 = levelling(stood.up_0), level_1 = levelling(stood.up_1);
+    std::vector<bool> taken(tentative.size(), false);
+    auto hypothesis = estimateMetricPose(tentative, taken, random, level_0, level_1);
+    std::optional<PairPose> best;
+    // Copies of a room may have more in common than the one room that both see: what walls and silence refute
+    // speaks neither for nor against what the rest of the matches say.
+    for (int rank = 0; rank < kMostHypotheses && hypothesis; ++rank) {
+        for (const int i : rangedInliers(tentative, hypothesis->pose, 3.0))
+            taken[std::size_t(i)] = true;
+        const auto other = estimateMetricPose(tentative, taken, random, level_0, level_1);
+        Evidence found;
+        found.second_share = other ? double(other->inliers.size()) / double(hypothesis->inliers.size()) : 0.0;
+        const PairPose pose = verified(p0, p1, tentative, *hypothesis, stood, &found);
+        if (!best || pose.reliability > best->reliability) {
+            best = pose;
+            *evidence = found;
+        }
+        if (best->reliability >= kMinReliability) break;
+        hypothesis = other;
+    }
+    return best;
 }
 
 } // namespace nexomap

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "nexomap/src/PairPose.h"
+#include "nexomap/src/pair/PairSolver.h"
 #include "nexomap/src/pair/ScanAlignment.h"
 #include "nexomap/src/pair/Sphere.h"
 #include "tests/nexomap/pair/MadeUpRoom.h"
@@ -54,6 +55,31 @@ TEST(PairPose, WithLidarIsMetricAndRight)
     EXPECT_LT((pose->t_0_from_1 - scene.truth().t).norm(), 0.01);
     EXPECT_GT(pose->reliability, 0.9);
     EXPECT_NEAR(p0->camera_height_m, 1.5, 0.03);
+}
+
+TEST(PairPose, WhereACopyOfTheRoomHasMoreInCommonTheWallsDecide)
+{
+    const TwoCameras scene;
+    const auto p0 = scene.panorama(0, true), p1 = scene.panorama(1, true);
+    const RigidPose truth = scene.truth(), copy{truth.R, truth.t + Eigen::Vector3d(0.9, -0.6, 0.0)};
+    const auto place = [](Correspondence& match, const RigidPose& pose) {
+        const Eigen::Vector3d point = pose * match.point_1();
+        match.bearing_0 = point.normalized();
+        match.range_0 = point.norm();
+    };
+    std::vector<Correspondence> matches;
+    for (const Correspondence& match : matchFeatures(*p0, *p1)) {
+        if (!match.ranged()) continue;
+        matches.push_back(match);
+        place(matches.back(), matches.size() % 4 == 0 ? truth : copy);
+    }
+    ASSERT_GT(matches.size(), 80u);
+    Evidence evidence;
+    const auto pose = solvePair(*p0, *p1, matches, &evidence);
+    ASSERT_TRUE(pose);
+    EXPECT_LT(rotationError_deg(poseOf(*pose), truth), 0.2);
+    EXPECT_LT((pose->t_0_from_1 - truth.t).norm(), 0.02);
+    EXPECT_GT(pose->reliability, 0.9);
 }
 
 TEST(PairPose, WithoutLidarHasDirectionAndNoScale)
