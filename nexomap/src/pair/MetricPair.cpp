@@ -120,11 +120,11 @@ std::optional<PairPose> solveMetric(const Panorama& p0, const Panorama& p1,
         Evidence found;
         found.second_share = other ? double(other->inliers.size()) / double(hypothesis->inliers.size()) : 0.0;
         const PairPose pose = verified(p0, p1, tentative, *hypothesis, stood, &found);
-        if (!best || pose.reliability > best->reliability) {
+        if (!best || pose.reliability >= kMinReliability) {
             best = pose;
             *evidence = found;
         }
-        if (best->reliability >= kMinReliability) break;
+        if (pose.reliability >= kMinReliability) break;
         hypothesis = other;
     }
     return best;
