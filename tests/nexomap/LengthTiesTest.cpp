@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tourwright developers
 // SPDX-License-Identifier: MIT
 
-// What ties lengths when features are not shared: the floor, and few features pooled.
+// What ties lengths when features are not shared: the floor, few features pooled, and the heights of things.
 #include "nexomap/src/graph/LengthTies.h"
+#include "nexomap/src/graph/HeightLevels.h"
 #include "nexomap/src/graph/ScaleRecovery.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <deque>
 #include <random>
 
@@ -41,6 +43,15 @@ struct Scene
             const Eigen::Array3d share(unit(random), unit(random), unit(random));
             points.push_back(from + (share * (to - from).array()).matrix());
         }
+        return points;
+    }
+    /// As box(), but only at a few heights, a centimetre to and fro.
+    std::vector<Eigen::Vector3d> shelves(int count, const Eigen::Vector2d& from, const Eigen::Vector2d& to)
+    {
+        constexpr double kHeights[] = {1.75, 2.05, 2.13, 2.6};
+        std::vector<Eigen::Vector3d> points = box(count, {from.x(), from.y(), -0.01}, {to.x(), to.y(), 0.01});
+        for (Eigen::Vector3d& point : points)
+            point.z() += kHeights[random() % 4];
         return points;
     }
     double length(std::size_t e) const
@@ -118,6 +129,54 @@ TEST(LengthTies, SharedFeaturesOnOneLevelLineTieNothing)
     const std::vector<char> kept(2, 1);
     const std::vector<int> set = tiedSets(3, scene.edges, kept, featureTies(3, scene.edges, kept), &sets);
     EXPECT_NE(set[0], set[1]);
+}
+
+TEST(LengthTies, ThingsAtTheSameHeightsTellALengthThatNothingElseTies)
+{
+    Scene scene;
+    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {2.0, 2.0, 1.5}, {8.0, 1.0, 1.5}};
+    const auto room = scene.shelves(60, {-1, -2}, {2, 3});
+    scene.link(0, 1, room);
+    scene.link(1, 2, room);
+    scene.link(1, 3, scene.shelves(60, {5, -2}, {9, 4}));
+    EXPECT_NEAR(scene.error(0, 2), 1.0, 0.02);
+}
+
+TEST(LengthTies, PointsAtAnyHeightTellNothing)
+{
+    Scene scene;
+    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {2.0, 2.0, 1.5}, {8.0, 1.0, 1.5}};
+    const auto room = scene.shelves(60, {-1, -2}, {2, 3});
+    scene.link(0, 1, room);
+    scene.link(1, 2, room);
+    scene.link(1, 3, scene.box(60, {5, -2, 1.6}, {9, 4, 2.7}));
+    LengthSets sets;
+    sets.of = {1, 1, 2};
+    sets.count = 3;
+    sets.held = {0, 1, 0};
+    sets.log_lengths = Eigen::Vector3d(std::log(scene.length(0)), std::log(scene.length(1)), 0.0);
+    const std::vector<double> factors = factorsByHeights(scene.edges, {0, 0, 0, 0}, sets);
+    ASSERT_EQ(factors.size(), 3u);
+    EXPECT_EQ(factors[1], 0.0);
+    EXPECT_TRUE(std::isnan(factors[2]));
+}
+
+TEST(LengthTies, HeightsOverruleFeaturesThatAgreeByChance)
+{
+    Scene scene;
+    scene.stations = {{0, 0, 1.5},    {2.5, 0, 1.5},    {2.0, 2.0, 1.5}, {-0.5, 2.2, 1.5},
+                      {1, -2.3, 1.5}, {-2.2, 0.4, 1.5}, {7.0, 1.0, 1.5}};
+    const auto room = scene.shelves(60, {-1, -2}, {2, 3});
+    for (const int j : {1, 2, 3, 4, 5})
+        scene.link(0, j, room);
+    // At station 0 six features of the room seem to be seen over there too, half as far again as they are.
+    auto next = scene.shelves(50, {5, -2}, {9, 4});
+    for (int k = 0; k < 6; ++k)
+        next.push_back(scene.stations[0] + 1.5 * (room[std::size_t(k)] - scene.stations[0]));
+    scene.link(0, 6, next);
+    for (int k = 0; k < 6; ++k)
+        scene.poses.back().inliers[std::size_t(50 + k)].bearing_0 = scene.poses.front().inliers[k].bearing_0;
+    EXPECT_NEAR(scene.error(0, 5), 1.0, 0.03);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "nexomap/src/graph/ScaleRecovery.h"
 
+#include "nexomap/src/graph/HeightLevels.h"
 #include "nexomap/src/graph/LengthTies.h"
 #include "nexomap/src/graph/NormalEquations.h"
 
@@ -41,20 +42,24 @@ std::vector<char> heldSets(int nodes, const std::vector<GraphEdge>& edges, const
 }
 
 /// Factors of the tied sets by closed loops: positions and factors together, linear least squares, with a
-/// weak wish that all sets have the same median length.
+/// wish that they stay as they are: weak, but where heights tell them.
 void closeLoops(int nodes, const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
-                const std::vector<int>& set, int sets, Eigen::VectorXd& log_scales)
+                const LengthSets& lengths, const std::vector<double>& by_heights, Eigen::VectorXd& log_scales)
 {
+    constexpr double kWish = 1e-3, kWishByHeights = 10.0;
+    const std::vector<int>& set = lengths.of;
+    const int sets = lengths.count;
     const std::vector<double> ones(edges.size(), 1.0);
     const std::vector<Pose> start = chainPoses(nodes, edges, spanningForest(nodes, edges, kept), ones);
-    const std::vector<char> held = heldSets(nodes, edges, kept, set, sets);
     const int unknowns = 3 * nodes + sets;
     Eigen::VectorXd factors = Eigen::VectorXd::Ones(sets);
     std::vector<double> weights(edges.size(), 1.0);
     for (int round = 0; round < 10; ++round) {
         NormalEquations normal(unknowns, 1e-9);
         for (int s = 0; s < sets; ++s) {
-            const double w = s == 0 || held[std::size_t(s)] ? 1e9 : 1e-3;
+            const double w = s == 0 || lengths.held[std::size_t(s)]   ? 1e9
+                             : std::isnan(by_heights[std::size_t(s)]) ? kWish
+                                                                      : kWishByHeights;
             normal.add(3 * nodes + s, 3 * nodes + s, w);
             normal.right(3 * nodes + s) += w;
         }
@@ -92,6 +97,26 @@ void closeLoops(int nodes, const std::vector<GraphEdge>& edges, const std::vecto
         if (set[e] > 0) log_scales[int(e)] += std::log(factors[set[e]]);
 }
 
+/// Ties of edges of which heights tell more. Few features that agree by chance tie as firmly as many: where
+/// heights contradict them, the edge goes by heights alone.
+std::vector<Tie> withHeights(const TieIndex& index, const Eigen::VectorXd& log_scales,
+                             const std::vector<double>& corrections, std::vector<Tie> ties)
+{
+    constexpr double kSpread = 0.06, kContradiction = 0.15;
+    const auto overruled = [&](int k) {
+        return k >= 0 && k < index.edges && std::abs(corrections[std::size_t(k)]) > kContradiction;
+    };
+    ties.erase(std::remove_if(ties.begin(), ties.end(),
+                              [&](const Tie& tie) { return overruled(tie.a) || overruled(tie.b); }),
+               ties.end());
+    const double height = log_scales[index.height()];
+    for (int e = 0; e < index.edges; ++e)
+        if (!std::isnan(corrections[std::size_t(e)]))
+            ties.push_back(
+                {e, index.height(), log_scales[e] + corrections[std::size_t(e)] - height, 1.0 / kSpread});
+    return ties;
+}
+
 } // namespace
 
 Eigen::Vector2d rayDepths(const Eigen::Vector3d& bearing_0, const Eigen::Vector3d& bearing_1,
@@ -119,22 +144,34 @@ std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges
     const std::vector<Tie> floors = floorTies(nodes, edges, kept);
     ties.insert(ties.end(), floors.begin(), floors.end());
     Eigen::VectorXd log_scales = solveTies({int(edges.size()), nodes}, ties);
-    int sets = 0;
-    const std::vector<int> set = tiedSets(nodes, edges, kept, ties, &sets);
-    if (tied) *tied = set;
+    LengthSets lengths;
+    lengths.of = tiedSets(nodes, edges, kept, ties, &lengths.count);
+    ties = withHeights({int(edges.size()), nodes}, log_scales,
+                       correctionsByHeights(edges, lengths.of, log_scales), std::move(ties));
+    log_scales = solveTies({int(edges.size()), nodes}, ties);
     // Each set starts at a median length of 1, so that the wish for equal lengths means what it says.
-    for (int s = 1; s < sets; ++s) {
+    for (int s = 1; s < lengths.count; ++s) {
         std::vector<double> values;
         for (std::size_t e = 0; e < edges.size(); ++e)
-            if (set[e] == s) values.push_back(log_scales[int(e)]);
+            if (lengths.of[e] == s) values.push_back(log_scales[int(e)]);
         if (values.empty()) continue;
         const double middle = median(values);
         for (std::size_t e = 0; e < edges.size(); ++e)
-            if (set[e] == s) log_scales[int(e)] -= middle;
+            if (lengths.of[e] == s) log_scales[int(e)] -= middle;
     }
-    if (sets > 1) closeLoops(nodes, edges, kept, set, sets, log_scales);
+    if (lengths.count > 1) {
+        lengths.held = heldSets(nodes, edges, kept, lengths.of, lengths.count);
+        lengths.log_lengths = log_scales;
+        const std::vector<double> by_heights =
+            factorsByHeights(edges, connectedComponents(nodes, edges, kept), lengths);
+        for (std::size_t e = 0; e < edges.size(); ++e)
+            if (lengths.of[e] > 0 && !std::isnan(by_heights[std::size_t(lengths.of[e])]))
+                log_scales[int(e)] += by_heights[std::size_t(lengths.of[e])];
+        closeLoops(nodes, edges, kept, lengths, by_heights, log_scales);
+    }
+    if (tied) *tied = lengths.of;
     for (std::size_t e = 0; e < edges.size(); ++e)
-        if (set[e] >= 0) scales[e] = std::exp(log_scales[int(e)]);
+        if (lengths.of[e] >= 0) scales[e] = std::exp(log_scales[int(e)]);
     return scales;
 }
 
