@@ -18,7 +18,7 @@ namespace {
 
 constexpr double kBearingNoise = 0.001; // radians, of features and what the pose leaves open
 constexpr double kVaguest = 0.06;       // of a depth, relative
-constexpr std::size_t kFewest = 12, kMost = 200;
+constexpr std::size_t kFewest = 12, kMost = 100;
 constexpr double kCounting = 40.0; // points of a set: more repeat what these say
 constexpr double kClear = 12.0;    // of the log-likelihood, above what any other factor reaches
 constexpr double kOther = 0.08;    // of the logarithm: what counts as another factor
@@ -53,25 +53,40 @@ std::vector<Point> pointsOf(const GraphEdge& edge)
     return points;
 }
 
+void append(std::vector<Point>& all, const std::vector<Point>& part, double log_factor)
+{
+    for (const Point& p : part)
+        all.push_back({p.height * std::exp(log_factor), p.spread});
+}
+
+/// Size of nearly all heights.
+double sizeOf(const std::vector<Point>& points)
+{
+    std::vector<double> sizes;
+    for (const Point& p : points)
+        sizes.push_back(std::abs(p.height));
+    const auto nearly = sizes.begin() + std::ptrdiff_t(sizes.size() * 19 / 20);
+    std::nth_element(sizes.begin(), nearly, sizes.end());
+    return std::max(1e-9, *nearly);
+}
+
 /// Density of heights, in units in which nearly all lie within 1.5 of the cameras.
 class Levels
 {
 public:
     explicit Levels(const std::vector<Point>& points)
+        : m_unit(sizeOf(points) / kSize)
     {
-        std::vector<double> sizes;
-        for (const Point& p : points)
-            sizes.push_back(std::abs(p.height));
-        const auto nearly = sizes.begin() + std::ptrdiff_t(sizes.size() * 19 / 20);
-        std::nth_element(sizes.begin(), nearly, sizes.end());
-        m_unit = std::max(1e-9, *nearly / 1.5);
-        std::array<double, kBins> counts{};
-        for (const Point& p : points) {
-            const double bin = (p.height / m_unit + kSpan) * kPerUnit;
-            if (bin >= 0.0 && bin < kBins) counts[std::size_t(bin)] += 1.0 / double(points.size());
-        }
-        for (int w = 0; w < kWidths; ++w)
-            smooth(counts, widthOf(w) * kPerUnit, &m_densities[std::size_t(w)]);
+        count(points, 1.0);
+        smooth();
+    }
+    /// What is left without some of the points.
+    Levels without(const std::vector<Point>& points) const
+    {
+        Levels rest = *this;
+        rest.count(points, -1.0);
+        rest.smooth();
+        return rest;
     }
     double unit() const { return m_unit; }
 
@@ -80,34 +95,63 @@ public:
     {
         const double bin = (height + kSpan) * kPerUnit;
         if (!(bin >= 0.0 && bin < kBins)) return 0.0;
-        const double level =
-            std::log(std::max(1.0, (kNarrowest + deviation) / kNarrowest)) / std::log(kWider);
-        return m_densities[std::size_t(std::min(kWidths - 1, int(level + 0.5)))][std::size_t(bin)];
+        int width = 0;
+        while (width + 1 < kWidths && kNarrowest + deviation > widthOf(width) * std::sqrt(kWider))
+            ++width;
+        return m_densities[std::size_t(width)][std::size_t(bin)];
     }
+
+    static constexpr double kSize = 1.5;
 
 private:
     static constexpr int kWidths = 8;
     static constexpr double kSpan = 4.0, kPerUnit = 100.0, kNarrowest = 0.01, kWider = 1.4;
     static constexpr int kBins = int(2 * kSpan * kPerUnit);
-    static double widthOf(int w) { return kNarrowest * std::pow(kWider, w); }
+    using Bins = std::array<double, std::size_t(kBins)>;
 
-    static void smooth(const std::array<double, kBins>& counts, double sigma,
-                       std::array<double, kBins>* result)
+    static double widthOf(int width)
     {
-        const int reach = int(std::ceil(3.0 * sigma));
-        for (int k = 0; k < kBins; ++k) {
-            double sum = 0.0, weights = 0.0;
-            for (int j = std::max(0, k - reach); j <= std::min(kBins - 1, k + reach); ++j) {
-                const double weight = std::exp(-0.5 * (j - k) * (j - k) / (sigma * sigma));
-                sum += weight * counts[std::size_t(j)];
-                weights += weight;
+        static const std::array<double, std::size_t(kWidths)> widths = [] {
+            std::array<double, std::size_t(kWidths)> result{};
+            for (int w = 0; w < kWidths; ++w)
+                result[std::size_t(w)] = kNarrowest * std::pow(kWider, w);
+            return result;
+        }();
+        return widths[std::size_t(width)];
+    }
+
+    void count(const std::vector<Point>& points, double weight)
+    {
+        for (const Point& p : points) {
+            const double bin = (p.height / m_unit + kSpan) * kPerUnit;
+            if (bin >= 0.0 && bin < kBins) m_counts[std::size_t(bin)] += weight;
+        }
+        m_total += weight * double(points.size());
+    }
+
+    void smooth()
+    {
+        for (int w = 0; w < kWidths; ++w) {
+            const double sigma = widthOf(w) * kPerUnit;
+            const int reach = int(std::ceil(3.0 * sigma));
+            std::vector<double> kernel;
+            double sum = 0.0;
+            for (int d = -reach; d <= reach; ++d)
+                sum += kernel.emplace_back(std::exp(-0.5 * d * d / (sigma * sigma)));
+            Bins& density = m_densities[std::size_t(w)];
+            density.fill(0.0);
+            for (int k = 0; k < kBins; ++k) {
+                if (m_counts[std::size_t(k)] == 0.0) continue;
+                const double share = m_counts[std::size_t(k)] * kPerUnit / (std::max(1.0, m_total) * sum);
+                for (int j = std::max(0, k - reach); j <= std::min(kBins - 1, k + reach); ++j)
+                    density[std::size_t(j)] += share * kernel[std::size_t(j - k + reach)];
             }
-            (*result)[std::size_t(k)] = sum / weights * kPerUnit;
         }
     }
 
-    double m_unit = 1.0;
-    std::array<std::array<double, kBins>, kWidths> m_densities;
+    double m_unit, m_total = 0.0;
+    Bins m_counts{};
+    std::array<Bins, std::size_t(kWidths)> m_densities;
 };
 
 /// Logarithm of the factor that lays points onto levels; NaN without a clear one.
@@ -118,19 +162,17 @@ double factorOnto(const Levels& levels, const std::vector<Point>& points, double
     constexpr int kSteps = int(2.0 * kReach / kStep) + 1;
     const std::size_t stride = std::max<std::size_t>(1, points.size() / kMost);
     // From the points' own spread, so that the two start about equally large.
-    std::vector<double> sizes;
-    for (const Point& p : points)
-        sizes.push_back(std::abs(p.height));
-    std::nth_element(sizes.begin(), sizes.begin() + std::ptrdiff_t(sizes.size() * 19 / 20), sizes.end());
-    const double start = std::log(1.5 / std::max(1e-9, sizes[sizes.size() * 19 / 20]));
-    std::array<double, std::size_t(kSteps)> likelihood{};
+    const double start = std::log(Levels::kSize / sizeOf(points));
+    std::array<double, std::size_t(kSteps)> factors{}, likelihood{};
+    for (int k = 0; k < kSteps; ++k)
+        factors[std::size_t(k)] = std::exp(start + k * kStep - kReach);
     std::size_t used = 0;
     for (std::size_t i = 0; i < points.size(); i += stride, ++used)
         for (int k = 0; k < kSteps; ++k) {
-            const double shift = k * kStep - kReach, height = points[i].height * std::exp(start + shift);
+            const double height = points[i].height * factors[std::size_t(k)];
             const double density = levels.at(height, std::abs(height) * points[i].spread);
             likelihood[std::size_t(k)] +=
-                std::log((1.0 - kAnywhere) * density + kAnywhere * kAnywhereDensity) + shift;
+                std::log((1.0 - kAnywhere) * density + kAnywhere * kAnywhereDensity) + k * kStep - kReach;
         }
     const double counting = std::min(1.0, kCounting / double(used));
     for (int k = 0; k < kSteps; ++k) {
@@ -145,12 +187,6 @@ double factorOnto(const Levels& levels, const std::vector<Point>& points, double
     if (at == 0 || at == kSteps - 1 || *best - other < kClear)
         return std::numeric_limits<double>::quiet_NaN();
     return start + at * kStep - kReach + std::log(levels.unit());
-}
-
-void append(std::vector<Point>& all, const std::vector<Point>& part, double log_factor)
-{
-    for (const Point& p : part)
-        all.push_back({p.height * std::exp(log_factor), p.spread});
 }
 
 } // namespace
@@ -168,7 +204,7 @@ std::vector<double> factorsByHeights(const std::vector<GraphEdge>& edges, const 
     std::vector<double> factors(std::size_t(sets.count), kNone);
     std::map<int, Group> groups;
     for (std::size_t e = 0; e < edges.size(); ++e) {
-        const bool metric = sets.of[e] < 0 && edges[e].pose->metric;
+        const bool metric = sets.of[e] < 0 && edges[e].pose->metric; // ranges are right whatever the pose
         if (sets.of[e] < 0 && !metric) continue;
         Group& group = groups[component[std::size_t(edges[e].i)]];
         const int set = std::max(0, sets.of[e]);
@@ -211,20 +247,21 @@ std::vector<double> correctionsByHeights(const std::vector<GraphEdge>& edges, co
         if (set[e] > 0) members[set[e]].push_back(e);
     for (const auto& [number, list] : members) {
         if (list.size() < kFewestEdges) continue;
-        std::vector<std::vector<Point>> points;
+        std::vector<Point> all;
         std::vector<double> lengths;
         for (const std::size_t e : list) {
-            points.push_back(pointsOf(edges[e]));
+            append(all, pointsOf(edges[e]), log_lengths[int(e)]);
             lengths.push_back(log_lengths[int(e)]);
         }
+        if (all.size() < 4 * kFewest) continue;
+        const Levels levels(all);
         const double middle = median(lengths);
-        for (std::size_t k = 0; k < list.size(); ++k) {
-            if (points[k].size() < kFewest) continue;
-            std::vector<Point> others;
-            for (std::size_t j = 0; j < list.size(); ++j)
-                if (j != k) append(others, points[j], log_lengths[int(list[j])]);
-            if (others.size() < 4 * kFewest) continue;
-            corrections[list[k]] = factorOnto(Levels(others), points[k], middle) - log_lengths[int(list[k])];
+        for (const std::size_t e : list) {
+            const std::vector<Point> points = pointsOf(edges[e]);
+            if (points.size() < kFewest || all.size() - points.size() < 4 * kFewest) continue;
+            std::vector<Point> own;
+            append(own, points, log_lengths[int(e)]);
+            corrections[e] = factorOnto(levels.without(own), points, middle) - log_lengths[int(e)];
         }
     }
     return corrections;
