@@ -171,8 +171,8 @@ float shiftOf(const SurfaceCell& own, int place, const Window& window, int reach
         const Witness* other = window.at(at);
         if (!other) return;
         const float off = own.normal.dot(other->point - own.point);
-        const bool counts = (other->normal.dot(own.normal) >= 0.7f) & (std::abs(off) <= limit);
-        const float weight = counts ? other->weight : 0.f;
+        const int alike = other->normal.dot(own.normal) >= 0.7f, near = std::abs(off) <= limit;
+        const float weight = alike & near ? other->weight : 0.f; // without a branch between the two
         sum += weight * off;
         weights += weight;
     };
