@@ -131,13 +131,19 @@ TEST(LengthTies, SharedFeaturesOnOneLevelLineTieNothing)
     EXPECT_NE(set[0], set[1]);
 }
 
+/// Three stations in a room whose lengths shared features tie, and a fourth next door.
+void furnishFirstRoom(Scene* scene)
+{
+    scene->stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {2.0, 2.0, 1.5}, {8.0, 1.0, 1.5}};
+    const auto room = scene->shelves(60, {-1, -2}, {2, 3});
+    scene->link(0, 1, room);
+    scene->link(1, 2, room);
+}
+
 TEST(LengthTies, ThingsAtTheSameHeightsTellALengthThatNothingElseTies)
 {
     Scene scene;
-    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {2.0, 2.0, 1.5}, {8.0, 1.0, 1.5}};
-    const auto room = scene.shelves(60, {-1, -2}, {2, 3});
-    scene.link(0, 1, room);
-    scene.link(1, 2, room);
+    furnishFirstRoom(&scene);
     scene.link(1, 3, scene.shelves(60, {5, -2}, {9, 4}));
     EXPECT_NEAR(scene.error(0, 2), 1.0, 0.02);
 }
@@ -145,10 +151,7 @@ TEST(LengthTies, ThingsAtTheSameHeightsTellALengthThatNothingElseTies)
 TEST(LengthTies, PointsAtAnyHeightTellNothing)
 {
     Scene scene;
-    scene.stations = {{0, 0, 1.5}, {2.5, 0, 1.5}, {2.0, 2.0, 1.5}, {8.0, 1.0, 1.5}};
-    const auto room = scene.shelves(60, {-1, -2}, {2, 3});
-    scene.link(0, 1, room);
-    scene.link(1, 2, room);
+    furnishFirstRoom(&scene);
     scene.link(1, 3, scene.box(60, {5, -2, 1.6}, {9, 4, 2.7}));
     LengthSets sets;
     sets.of = {1, 1, 2};
