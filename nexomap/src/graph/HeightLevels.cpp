@@ -247,21 +247,23 @@ std::vector<double> correctionsByHeights(const std::vector<GraphEdge>& edges, co
         if (set[e] > 0) members[set[e]].push_back(e);
     for (const auto& [number, list] : members) {
         if (list.size() < kFewestEdges) continue;
+        std::vector<std::vector<Point>> points;
         std::vector<Point> all;
         std::vector<double> lengths;
         for (const std::size_t e : list) {
-            append(all, pointsOf(edges[e]), log_lengths[int(e)]);
+            points.push_back(pointsOf(edges[e]));
+            append(all, points.back(), log_lengths[int(e)]);
             lengths.push_back(log_lengths[int(e)]);
         }
         if (all.size() < 4 * kFewest) continue;
         const Levels levels(all);
         const double middle = median(lengths);
-        for (const std::size_t e : list) {
-            const std::vector<Point> points = pointsOf(edges[e]);
-            if (points.size() < kFewest || all.size() - points.size() < 4 * kFewest) continue;
+        for (std::size_t k = 0; k < list.size(); ++k) {
+            if (points[k].size() < kFewest || all.size() - points[k].size() < 4 * kFewest) continue;
+            const double log_length = log_lengths[int(list[k])];
             std::vector<Point> own;
-            append(own, points, log_lengths[int(e)]);
-            corrections[e] = factorOnto(levels.without(own), points, middle) - log_lengths[int(e)];
+            append(own, points[k], log_length);
+            corrections[list[k]] = factorOnto(levels.without(own), points[k], middle) - log_length;
         }
     }
     return corrections;

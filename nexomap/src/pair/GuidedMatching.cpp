@@ -78,13 +78,11 @@ private:
     std::vector<Best> m_0, m_1;
 };
 
-} // namespace
-
-std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1, const RigidPose& pose,
-                                          int max_distance2)
+/// @param cells  of the bearings of f0
+std::vector<Correspondence> guidedIn(const BearingCells& cells, const Features& f0, const Features& f1,
+                                     const RigidPose& pose, int max_distance2)
 {
     constexpr double kReach = 0.6 * kDegree;
-    const BearingCells cells(f0.bearings);
     BestPartners partners(f0, f1, max_distance2);
     for (std::size_t i = 0; i < f1.size(); ++i) {
         if (!(f1.ranges_m[i] > 0.f)) continue;
@@ -104,13 +102,22 @@ std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1
     return partners.matches();
 }
 
+} // namespace
+
+std::vector<Correspondence> guidedByRange(const Features& f0, const Features& f1, const RigidPose& pose,
+                                          int max_distance2)
+{
+    return guidedIn(BearingCells(f0.bearings), f0, f1, pose, max_distance2);
+}
+
 double matchesByChance(const Features& f0, const Features& f1, const RigidPose& pose, int alike)
 {
+    const BearingCells cells(f0.bearings);
     double sum = 0.0;
     for (const double angle : {0.4, 2.0, 3.6, 5.2}) {
         RigidPose decoy = pose;
         decoy.t += Eigen::Vector3d(0.8 * std::cos(angle), 0.8 * std::sin(angle), 0.0);
-        sum += double(guidedByRange(f0, f1, decoy, alike).size());
+        sum += double(guidedIn(cells, f0, f1, decoy, alike).size());
     }
     return sum / 4.0;
 }
