@@ -3,6 +3,7 @@
 
 // Lengths that nothing shared tells: two rooms, a station in the door between them, no lidar.
 
+#include "nexomap/src/pair/PairSolver.h"
 #include "tests/nexomap/LibraryFixture.h"
 
 using namespace nexomap;
@@ -104,6 +105,8 @@ protected:
             all[tour.stations[std::size_t(k)].name] = features(k);
         for (int k = 0; k + 1 < int(tour.stations.size()); ++k)
             poses[{MadeUpTour::nameOf(k), MadeUpTour::nameOf(k + 1)}] = pair(k, k + 1);
+        for (const auto& [names, pose] : std::map(poses))
+            poses[{names.second, names.first}] = inverted(pose);
         front.load = [load = front.load, all](const std::string& path, std::string* error) {
             auto panorama = load(path, error);
             if (!panorama) return panorama;
@@ -218,6 +221,24 @@ TEST_F(TwoRooms, TheSamePicturesGiveTheSameBits)
     NexomapClean();
     link(tour, frontEnd());
     EXPECT_TRUE(nodes() == first);
+}
+
+TEST_F(TwoRooms, AddedTheOtherWayRoundTheyStandTheSame)
+{
+    fillDoorway(9);
+    link(tour, frontEnd());
+    const double before = ratio();
+    NexomapClean();
+    startWith(frontEnd());
+    for (const int k : {kSecond, kFirst, kDoor})
+        ASSERT_EQ(NexomapAddNode(MadeUpTour::pathOf(k).c_str()), NEXOMAP_OK) << k;
+    ASSERT_EQ(NexomapFinishAddNode(), NEXOMAP_OK);
+    ASSERT_EQ(NexomapGetPanoGroupNum(), 1);
+    std::map<std::string, Eigen::Vector3d> stands;
+    for (const NodeReport& n : nodes())
+        stands[n.name] = n.position;
+    const auto at = [&](int k) { return stands.at(MadeUpTour::nameOf(k)); };
+    EXPECT_NEAR((at(kSecond) - at(kDoor)).norm() / (at(kFirst) - at(kDoor)).norm(), before, 1e-9);
 }
 
 TEST_F(TwoRooms, AReopenedTourKeepsTheLengthWithoutReadingAPicture)

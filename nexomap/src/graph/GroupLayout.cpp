@@ -79,7 +79,6 @@ void layOutGroups(const std::vector<int>& component, std::vector<Pose>& poses,
 {
     const std::vector<std::vector<int>> members = membersOf(component);
     const std::vector<int> order = componentsBySize(component);
-    up.assign(poses.size(), Eigen::Vector3d::UnitZ());
     std::vector<GroupExtent> extents;
     for (const int group : order) {
         const int first = members[group].front();
@@ -87,7 +86,7 @@ void layOutGroups(const std::vector<int>& component, std::vector<Pose>& poses,
         std::vector<Pose> placed;
         for (const int n : members[group]) {
             poses[n] = n == first ? Pose{} : first_from_world * poses[n];
-            up[n] = first_from_world.R.col(2);
+            up[n] = first_from_world.R * up[n];
             placed.push_back(poses[n]);
         }
         extents.push_back(extentOf(placed));

@@ -13,7 +13,7 @@ void rescaleGroups(const std::vector<GraphEdge>& edges, const std::vector<char>&
 
 /// Turns and moves each component as a whole: its first node level and at heading 0; components, the largest
 /// first, stand along x with 10 m of room between their stations, the first one's first node at the origin.
-/// @param up  per node, written: where the components' vertical points in the new frame
+/// @param up  per node: where the components' vertical points, in the frame of the poses
 void layOutGroups(const std::vector<int>& component, std::vector<Pose>& poses,
                   std::vector<Eigen::Vector3d>& up);
 

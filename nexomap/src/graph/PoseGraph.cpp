@@ -154,6 +154,7 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
                       solution.poses);
         rescaleGroups(measured, solution.kept, solution.component, solution.poses);
     }
+    solution.up.assign(std::size_t(nodes), Eigen::Vector3d::UnitZ());
     layOutGroups(solution.component, solution.poses, solution.up);
     return solution;
 }

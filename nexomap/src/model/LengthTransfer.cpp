@@ -6,6 +6,7 @@
 
 #include "nexomap/src/graph/DepthTransfer.h"
 #include "nexomap/src/graph/LengthTies.h"
+#include "nexomap/src/graph/NamedGraph.h"
 #include "nexomap/src/model/ParallelFor.h"
 #include "nexomap/src/model/Relocation.h"
 
@@ -97,21 +98,23 @@ class Transfer
 {
 public:
     Transfer(const Model& model, const Workplace& workplace)
-        : m_model(model)
-        , m_workplace(workplace)
+        : m_workplace(workplace)
+        , m_named(model.names(), graphOf(model))
+        , m_graph(m_named.edges())
     {
-        for (std::size_t e = 0; e < model.edges.size(); ++e) {
-            const Edge& edge = model.edges[e];
+        for (int n = 0; n < int(model.nodes.size()); ++n)
+            m_nodes.push_back(&model.nodes[std::size_t(m_named.node(n))]);
+        for (int e = 0; e < int(m_graph.size()); ++e) {
+            const Edge& edge = model.edges[std::size_t(m_named.edge(e))];
             const bool usable = edge.origin == Origin::Matched && !edge.pose->metric &&
                                 !edge.pose->rotation_only && !edge.pose->inliers.empty();
-            m_graph.push_back({edge.node_0, edge.node_1, edge.pose.get(), false, tiesOf(model, *edge.pose)});
             m_kept.push_back(usable);
         }
     }
 
     std::vector<Found> find()
     {
-        const int nodes = int(m_model.nodes.size());
+        const int nodes = int(m_nodes.size());
         const std::vector<Tie> ties = featureTies(nodes, m_graph, m_kept);
         int sets = 0;
         m_set = tiedSets(nodes, m_graph, m_kept, ties, &sets);
@@ -127,23 +130,35 @@ public:
         for (const auto& [between, here] : all) {
             work.push_back(here);
             for (const int n : m_members[std::size_t(between.first)])
-                m_model.nodes[std::size_t(n)].source->look(m_workplace.front_end);
+                m_nodes[std::size_t(n)]->source->look(m_workplace.front_end);
             for (const int n : m_members[std::size_t(between.second)])
-                m_model.nodes[std::size_t(n)].source->look(m_workplace.front_end);
+                m_nodes[std::size_t(n)]->source->look(m_workplace.front_end);
         }
         std::vector<std::vector<Found>> found(work.size());
         parallelFor(int(work.size()), [&](int k) { found[std::size_t(k)] = between(work[std::size_t(k)]); });
         std::vector<Found> result;
         for (const std::vector<Found>& some : found)
             result.insert(result.end(), some.begin(), some.end());
+        for (Found& some : result) {
+            some.edge = m_named.edge(some.edge);
+            some.node = m_named.node(some.node);
+        }
         return result;
     }
 
 private:
+    static std::vector<GraphEdge> graphOf(const Model& model)
+    {
+        std::vector<GraphEdge> graph;
+        for (const Edge& edge : model.edges)
+            graph.push_back({edge.node_0, edge.node_1, edge.pose.get(), false, tiesOf(model, *edge.pose)});
+        return graph;
+    }
+
     /// Where edges of different sets meet, the meetings with the most inliers of each two sets.
     std::map<NodePair, std::vector<Meeting>> meetings() const
     {
-        std::vector<std::vector<int>> at(m_model.nodes.size());
+        std::vector<std::vector<int>> at(m_nodes.size());
         for (std::size_t e = 0; e < m_graph.size(); ++e) {
             if (!m_kept[e]) continue;
             at[std::size_t(m_graph[e].i)].push_back(int(e));
@@ -175,7 +190,7 @@ private:
     }
     const Features& features(int node) const
     {
-        return m_model.nodes[std::size_t(node)].source->loaded()->features;
+        return m_nodes[std::size_t(node)]->source->loaded()->features;
     }
 
     /// What ties two sets, by all places where they meet.
@@ -231,7 +246,7 @@ private:
         found.push_back({first.a,
                          first.node,
                          {},
-                         {{m_model.nodes[std::size_t(other.i)].name, m_model.nodes[std::size_t(other.j)].name,
+                         {{m_nodes[std::size_t(other.i)]->name, m_nodes[std::size_t(other.j)]->name,
                            m_lengths[first.a] - m_lengths[first.b] - sum / weights,
                            kTieSpread / std::sqrt(double(agreeing.size()))}}});
         return found;
@@ -257,7 +272,7 @@ private:
     }
     Pose relative(int a, int b) const
     {
-        return m_model.nodes[std::size_t(a)].pose.inverse() * m_model.nodes[std::size_t(b)].pose;
+        return m_nodes[std::size_t(a)]->pose.inverse() * m_nodes[std::size_t(b)]->pose;
     }
 
     /// The nearest panoramas of a set that no edge of it joins to the node.
@@ -331,9 +346,10 @@ private:
             }
     }
 
-    const Model& m_model;
     const Workplace& m_workplace;
-    std::vector<GraphEdge> m_graph;
+    const NamedGraph m_named; ///< all below by names, until it is handed out
+    const std::vector<GraphEdge>& m_graph;
+    std::vector<const Node*> m_nodes;
     std::vector<char> m_kept;
     std::vector<int> m_set;
     Eigen::VectorXd m_lengths;

@@ -29,6 +29,14 @@ int Model::nodeNamed(const std::string& name) const
     return node;
 }
 
+std::vector<std::string> Model::names() const
+{
+    std::vector<std::string> all;
+    for (const Node& node : nodes)
+        all.push_back(node.name);
+    return all;
+}
+
 const Edge* Model::edgeBetween(int a, int b) const
 {
     for (const Edge& edge : edges)

@@ -103,6 +103,7 @@ struct Model
     /// @throws Failure(NEXOMAP_UNKNOWN_NAME)
     int nodeNamed(const std::string& name) const;
     int findNode(const std::string& name) const; ///< -1: none
+    std::vector<std::string> names() const;      ///< of the nodes
     Edge* edgeBetween(int a, int b);
     const Edge* edgeBetween(int a, int b) const;
     std::vector<const Edge*> links() const;

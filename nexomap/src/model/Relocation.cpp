@@ -4,7 +4,7 @@
 #include "nexomap/src/model/Relocation.h"
 
 #include "nexomap/src/graph/GroupLayout.h"
-#include "nexomap/src/graph/PoseGraph.h"
+#include "nexomap/src/graph/NamedGraph.h"
 #include "nexomap/src/links/SightLine.h"
 
 #include <algorithm>
@@ -74,8 +74,11 @@ std::shared_ptr<const SettledGroup> findSettled(const Model& model, const Settle
 void settle(const Model& model, SettledGroup& group)
 {
     std::map<int, int> place;
-    for (const int n : group.nodes)
+    std::vector<std::string> names;
+    for (const int n : group.nodes) {
         place.emplace(n, int(place.size()));
+        names.push_back(model.nodes[std::size_t(n)].name);
+    }
     std::vector<GraphEdge> graph;
     std::vector<char> held;
     for (const SettledGroup::Measurement& m : group.measurements) {
@@ -88,7 +91,7 @@ void settle(const Model& model, SettledGroup& group)
         graph.push_back({place.at(m.node_0), place.at(m.node_1), m.pose.get(), m.connector, std::move(ties)});
         held.push_back(m.held);
     }
-    GraphSolution solution = solvePoseGraph(int(group.nodes.size()), graph, held);
+    GraphSolution solution = NamedGraph(names, graph).solve(held);
     group.poses = std::move(solution.poses);
     group.up = std::move(solution.up);
 }
@@ -145,7 +148,7 @@ void solveAfterAdding(Model& model)
         graph.push_back(graphEdge(model, edge));
         held.push_back(edge.link);
     }
-    const GraphSolution solution = solvePoseGraph(int(model.nodes.size()), graph, held);
+    const GraphSolution solution = NamedGraph(model.names(), graph).solve(held);
     takePoses(model, solution);
     std::vector<char> stays(model.edges.size(), 0);
     for (std::size_t k = 0; k < believed.size(); ++k)

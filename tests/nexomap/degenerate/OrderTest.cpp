@@ -47,8 +47,8 @@ protected:
         for (const int k : {1, 3, 4}) {
             const RigidPose was = between(before[0], before[std::size_t(k)]),
                             is = between(found(0), found(k));
-            EXPECT_LT(Eigen::AngleAxisd(was.R.transpose() * is.R).angle(), 0.1 * kDegree) << k;
-            EXPECT_LT((was.t - is.t).norm(), 0.01) << k;
+            EXPECT_LT(Eigen::AngleAxisd(was.R.transpose() * is.R).angle(), 1e-6) << k;
+            EXPECT_LT((was.t - is.t).norm(), 1e-6) << k;
         }
     }
 };
