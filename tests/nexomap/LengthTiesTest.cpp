@@ -4,68 +4,15 @@
 // What ties lengths when features are not shared: the floor, few features pooled, and the heights of things.
 #include "nexomap/src/graph/LengthTies.h"
 #include "nexomap/src/graph/HeightLevels.h"
-#include "nexomap/src/graph/ScaleRecovery.h"
+#include "tests/nexomap/LengthScene.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <deque>
-#include <random>
 
 using namespace nexomap;
 
 namespace {
-
-/// Stations and points between them; edges are exact but for their length.
-struct Scene
-{
-    std::vector<Eigen::Vector3d> stations;
-    std::deque<PairPose> poses;
-    std::vector<GraphEdge> edges;
-    std::mt19937 random{3};
-
-    void link(int i, int j, const std::vector<Eigen::Vector3d>& points)
-    {
-        PairPose pose;
-        pose.t_0_from_1 = (stations[std::size_t(j)] - stations[std::size_t(i)]).normalized();
-        pose.reliability = 0.9;
-        for (const Eigen::Vector3d& point : points)
-            pose.inliers.push_back({(point - stations[std::size_t(i)]).normalized().cast<float>(),
-                                    (point - stations[std::size_t(j)]).normalized().cast<float>()});
-        poses.push_back(pose);
-        edges.push_back({i, j, &poses.back(), false});
-    }
-    std::vector<Eigen::Vector3d> box(int count, const Eigen::Vector3d& from, const Eigen::Vector3d& to)
-    {
-        std::uniform_real_distribution<double> unit(0.0, 1.0);
-        std::vector<Eigen::Vector3d> points;
-        for (int k = 0; k < count; ++k) {
-            const Eigen::Array3d share(unit(random), unit(random), unit(random));
-            points.push_back(from + (share * (to - from).array()).matrix());
-        }
-        return points;
-    }
-    /// As box(), but only at a few heights, a centimetre to and fro.
-    std::vector<Eigen::Vector3d> shelves(int count, const Eigen::Vector2d& from, const Eigen::Vector2d& to)
-    {
-        constexpr double kHeights[] = {1.75, 2.05, 2.13, 2.6};
-        std::vector<Eigen::Vector3d> points = box(count, {from.x(), from.y(), -0.01}, {to.x(), to.y(), 0.01});
-        for (Eigen::Vector3d& point : points)
-            point.z() += kHeights[random() % 4];
-        return points;
-    }
-    double length(std::size_t e) const
-    {
-        return (stations[std::size_t(edges[e].j)] - stations[std::size_t(edges[e].i)]).norm();
-    }
-    /// Found length of edge b over that of edge a, over the true one.
-    double error(std::size_t a, std::size_t b) const
-    {
-        const std::vector<double> scales =
-            recoverScales(int(stations.size()), edges, std::vector<char>(edges.size(), 1));
-        return scales[b] / scales[a] * length(a) / length(b);
-    }
-};
 
 TEST(LengthTies, ATableTopIsNoFloor)
 {

@@ -78,18 +78,18 @@ struct TiltResidual
     }
 };
 
-/// Keeps a pair's distance about where it was, within 3 %: parts that share no feature with the rest, and the
-/// whole where no range tells its size, could else shrink or grow freely.
+/// Keeps a pair's distance about where it was, within its deviation: parts that share no feature with the
+/// rest, and the whole where no range tells its size, could else shrink or grow freely.
 struct LengthResidual
 {
-    double length;
+    double length, deviation; ///< the latter relative
     template <class T>
     bool operator()(const T* centre_i, const T* centre_j, T* residual) const
     {
         T d2(1e-12);
         for (int k = 0; k < 3; ++k)
             d2 += (centre_i[k] - centre_j[k]) * (centre_i[k] - centre_j[k]);
-        residual[0] = (sqrt(d2) / T(length) - T(1)) / T(0.03);
+        residual[0] = (sqrt(d2) / T(length) - T(1)) / T(deviation);
         return true;
     }
 };

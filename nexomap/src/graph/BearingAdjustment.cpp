@@ -13,7 +13,8 @@
 namespace nexomap {
 
 void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
-                    const std::vector<int>& component, double tilt_sigma_rad, std::vector<Pose>& poses)
+                    const std::vector<int>& component, double tilt_sigma_rad,
+                    const std::vector<double>& length_deviations, std::vector<Pose>& poses)
 {
     std::vector<char> scaleless(component.size(), 0);
     std::vector<char> chosen = kept;
@@ -59,9 +60,9 @@ void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>
         const int i = edges[e].i, j = edges[e].j;
         const double length = (stations[i].centre - stations[j].centre).norm();
         if (!chosen[e] || !used[i] || !used[j] || length < 1e-6) continue;
-        problem.AddResidualBlock(
-            new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(new LengthResidual{length}), nullptr,
-            stations[i].centre.data(), stations[j].centre.data());
+        problem.AddResidualBlock(new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(
+                                     new LengthResidual{length, length_deviations[e]}),
+                                 nullptr, stations[i].centre.data(), stations[j].centre.data());
     }
     for (const auto& [group, first] : members)
         problem.SetParameterBlockConstant(stations[first].centre.data());

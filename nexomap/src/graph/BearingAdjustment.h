@@ -12,6 +12,7 @@ namespace nexomap {
 /// are any) fit (Triggs et al. 2000; chordal residuals, Cauchy loss). One thread. Poses stay as they were
 /// when the adjustment fails.
 void adjustBearings(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
-                    const std::vector<int>& component, double tilt_sigma_rad, std::vector<Pose>& poses);
+                    const std::vector<int>& component, double tilt_sigma_rad,
+                    const std::vector<double>& length_deviations, std::vector<Pose>& poses);
 
 } // namespace nexomap

@@ -53,6 +53,21 @@ Matrix6d graphInformation(const PairPose& pose)
     return information;
 }
 
+PairPose scaledPose(const PairPose& from, double length, double deviation)
+{
+    PairPose pose;
+    pose.R_0_from_1 = from.R_0_from_1;
+    pose.t_0_from_1 = from.t_0_from_1 * length;
+    pose.metric = true;
+    pose.reliability = from.reliability;
+    Matrix6d S = Matrix6d::Identity();
+    S.bottomRightCorner<3, 3>() /= length;
+    const Eigen::Vector3d along = from.R_0_from_1.transpose() * from.t_0_from_1;
+    pose.information = S * from.information * S;
+    pose.information.bottomRightCorner<3, 3>() += along * along.transpose() / std::pow(deviation * length, 2);
+    return pose;
+}
+
 Vector6d edgeError(const GraphEdge& edge, const Pose& pose_i, const Pose& pose_j)
 {
     const PairPose& measured = *edge.pose;

@@ -33,6 +33,10 @@ Pose measuredPose(const GraphEdge& edge);
 /// direction).
 Matrix6d graphInformation(const PairPose& pose);
 
+/// A direction with a length: it keeps its information, the length gets a relative deviation. Without inliers
+/// and ties.
+PairPose scaledPose(const PairPose& pose, double length, double deviation);
+
 /// Error [rotation, translation] of the edge in frame j at two poses, by which the information is meant.
 Vector6d edgeError(const GraphEdge& edge, const Pose& pose_i, const Pose& pose_j);
 

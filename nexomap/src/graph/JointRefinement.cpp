@@ -5,6 +5,7 @@
 #include "nexomap/src/graph/JointRefinement.h"
 
 #include "nexomap/src/graph/AdjustmentResiduals.h"
+#include "nexomap/src/graph/LevelledLengths.h"
 
 #include <ceres/ceres.h>
 #include <Eigen/Dense>
@@ -95,9 +96,9 @@ public:
     {
         const double length = (m_stations[edge.j].centre - m_stations[edge.i].centre).norm();
         if (length < 1e-6) return;
-        m_problem.AddResidualBlock(
-            new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(new LengthResidual{length}), nullptr,
-            centre(edge.i), centre(edge.j));
+        m_problem.AddResidualBlock(new ceres::AutoDiffCostFunction<LengthResidual, 1, 3, 3>(
+                                       new LengthResidual{length, kVagueLength}),
+                                   nullptr, centre(edge.i), centre(edge.j));
     }
     void addTrack(const FeatureTrack& track, Eigen::Vector3d& point)
     {

@@ -9,6 +9,7 @@
 #include "nexomap/src/graph/GraphOptimizer.h"
 #include "nexomap/src/graph/GroupLayout.h"
 #include "nexomap/src/graph/JointRefinement.h"
+#include "nexomap/src/graph/LevelledLengths.h"
 #include "nexomap/src/graph/ScaleRecovery.h"
 
 #include <algorithm>
@@ -32,18 +33,7 @@ ScaledEdges scaledEdges(const std::vector<GraphEdge>& edges, const std::vector<d
     for (std::size_t e = 0; e < edges.size(); ++e) {
         const PairPose& from = *edges[e].pose;
         if (from.metric || from.rotation_only) continue;
-        PairPose pose;
-        pose.R_0_from_1 = from.R_0_from_1;
-        pose.t_0_from_1 = from.t_0_from_1 * scales[e];
-        pose.metric = true;
-        pose.reliability = from.reliability;
-        Matrix6d S = Matrix6d::Identity();
-        S.bottomRightCorner<3, 3>() /= scales[e];
-        const Eigen::Vector3d along = from.R_0_from_1.transpose() * from.t_0_from_1;
-        pose.information = S * from.information * S;
-        pose.information.bottomRightCorner<3, 3>() +=
-            along * along.transpose() / std::pow(0.05 * scales[e], 2);
-        scaled.poses.push_back(pose);
+        scaled.poses.push_back(scaledPose(from, scales[e], 0.05));
         scaled.edges[e].pose = &scaled.poses.back();
     }
     return scaled;
@@ -149,7 +139,10 @@ GraphSolution solvePoseGraph(int nodes, const std::vector<GraphEdge>& measured, 
         std::vector<char> bare = solution.kept;
         for (std::size_t e = 0; e < measured.size(); ++e)
             bare[e] = solution.kept[e] && !mixed[solution.component[measured[e].i]];
-        adjustBearings(measured, bare, solution.component, options.tilt_sigma_rad, solution.poses);
+        const std::vector<double> deviations =
+            levelLengths(measured, bare, solution.component, options, solution.poses);
+        adjustBearings(measured, bare, solution.component, options.tilt_sigma_rad, deviations,
+                       solution.poses);
         refineJointly(measured, information, solution.kept, solution.component, options.tilt_sigma_rad,
                       solution.poses);
         rescaleGroups(measured, solution.kept, solution.component, solution.poses);

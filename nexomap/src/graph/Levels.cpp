@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Tourwright developers
+// SPDX-License-Identifier: MIT
+
+#include "nexomap/src/graph/Levels.h"
+
+#include "nexomap/src/graph/ScaleRecovery.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nexomap {
+
+std::optional<LevelPoint> levelPoint(const Eigen::Vector3d& ray_0, const Eigen::Vector3d& ray_1,
+                                     const Eigen::Matrix3d& R, const Eigen::Vector3d& t, double tilt)
+{
+    constexpr double kBearingNoise = 0.001; // radians, of features and what the pose leaves open
+    constexpr double kVaguest = 0.06;       // of a depth, relative
+    const Eigen::Vector2d depths = rayDepths(ray_0, ray_1, R, t);
+    if (!(depths[0] > 0.0)) return std::nullopt;
+    const double spread = kBearingNoise / std::max(1e-6, ray_0.cross(R * ray_1).norm());
+    if (spread > kVaguest) return std::nullopt;
+    // Of the two verticals, neither is better.
+    const double height = 0.5 * (depths[0] * ray_0.z() + depths[1] * ray_1.z()),
+                 away = 0.5 * (depths[0] * ray_0.head<2>().norm() + depths[1] * ray_1.head<2>().norm());
+    return LevelPoint{height, spread + tilt * away / std::max(1e-3, std::abs(height))};
+}
+
+double nearlySizeOf(const std::vector<LevelPoint>& points)
+{
+    std::vector<double> sizes;
+    for (const LevelPoint& p : points)
+        sizes.push_back(std::abs(p.height));
+    if (sizes.empty()) return 1e-9;
+    const auto nearly = sizes.begin() + std::ptrdiff_t(sizes.size() * 19 / 20);
+    std::nth_element(sizes.begin(), nearly, sizes.end());
+    return std::max(1e-9, *nearly);
+}
+
+Levels::Levels(const std::vector<LevelPoint>& points)
+    : m_unit(nearlySizeOf(points) / kSize)
+{
+    count(points, 1.0);
+    smooth();
+}
+
+Levels Levels::without(const std::vector<LevelPoint>& points) const
+{
+    Levels rest = *this;
+    rest.count(points, -1.0);
+    rest.smooth();
+    return rest;
+}
+
+double Levels::at(double height, double deviation) const
+{
+    const double bin = (height + kSpan) * kPerUnit;
+    if (!(bin >= 0.0 && bin < kBins)) return 0.0;
+    int width = 0;
+    while (width + 1 < kWidths && kNarrowest + deviation > widthOf(width) * std::sqrt(kWider))
+        ++width;
+    const Bins& density = m_densities[std::size_t(width)];
+    const double between = std::clamp(bin - 0.5, 0.0, double(kBins - 1)); // of two bins' middles
+    const std::size_t low = std::size_t(between), high = std::min(low + 1, density.size() - 1);
+    return density[low] + (between - double(low)) * (density[high] - density[low]);
+}
+
+double Levels::logLikelihood(double height, double deviation) const
+{
+    constexpr double kAnywhere = 0.2, kAnywhereDensity = 0.02;
+    return std::log((1.0 - kAnywhere) * at(height, deviation) + kAnywhere * kAnywhereDensity);
+}
+
+double Levels::widthOf(int width)
+{
+    static const std::array<double, std::size_t(kWidths)> widths = [] {
+        std::array<double, std::size_t(kWidths)> result{};
+        for (int w = 0; w < kWidths; ++w)
+            result[std::size_t(w)] = kNarrowest * std::pow(kWider, w);
+        return result;
+    }();
+    return widths[std::size_t(width)];
+}
+
+void Levels::count(const std::vector<LevelPoint>& points, double weight)
+{
+    for (const LevelPoint& p : points) {
+        const double bin = (p.height / m_unit + kSpan) * kPerUnit;
+        if (bin >= 0.0 && bin < kBins) m_counts[std::size_t(bin)] += weight;
+    }
+    m_total += weight * double(points.size());
+}
+
+void Levels::smooth()
+{
+    for (int w = 0; w < kWidths; ++w) {
+        const double sigma = widthOf(w) * kPerUnit;
+        const int reach = int(std::ceil(3.0 * sigma));
+        std::vector<double> kernel;
+        double sum = 0.0;
+        for (int d = -reach; d <= reach; ++d)
+            sum += kernel.emplace_back(std::exp(-0.5 * d * d / (sigma * sigma)));
+        Bins& density = m_densities[std::size_t(w)];
+        density.fill(0.0);
+        for (int k = 0; k < kBins; ++k) {
+            if (m_counts[std::size_t(k)] == 0.0) continue;
+            const double share = m_counts[std::size_t(k)] * kPerUnit / (std::max(1.0, m_total) * sum);
+            for (int j = std::max(0, k - reach); j <= std::min(kBins - 1, k + reach); ++j)
+                density[std::size_t(j)] += share * kernel[std::size_t(j - k + reach)];
+        }
+    }
+}
+
+} // namespace nexomap
