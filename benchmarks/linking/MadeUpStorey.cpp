@@ -16,7 +16,7 @@ using namespace nexomap;
 namespace {
 
 constexpr double kRoom_m = 5.0, kHeight_m = 2.6, kDoor_m = 1.0, kDoorHeight_m = 2.1, kCamera_m = 1.5;
-constexpr double kNoise_m = 0.006, kBearingNoise = 0.03 * kDegree;
+constexpr double kNoise_m = 0.006, kBearingNoise = 0.03 * kDegree, kWallsNoise = 0.2 * kDegree;
 constexpr int kMostDoors = 4; // that a look goes through
 
 std::array<float, 128> anyLook(std::mt19937& random)
@@ -171,6 +171,9 @@ std::shared_ptr<const Panorama> MadeUpStorey::panorama(int index) const
     panorama->preview = cv::Mat3b(512, 1024, cv::Vec3b(90, std::uint8_t(index), 160));
     panorama->range = ranges(station, random);
     panorama->camera_height_m = station.t.z();
+    const double walls =
+        azimuthOf(pano_from_world.R * Eigen::Vector3d::UnitX()) + kWallsNoise * normal(random);
+    panorama->walls_azimuth = walls - 0.5 * kPi * std::floor(walls / (0.5 * kPi));
     Features& features = panorama->features;
     const auto add = [&](const Eigen::Vector3d& point, double size_m, const std::array<float, 128>& look) {
         const double range = point.norm();

@@ -5,6 +5,7 @@
 with --one-sided those that have range on one side only.
 
 Usage: bench_evidence --pictures-alone SET... > evidence.csv; fit_reliability.py evidence.csv
+       the same with --without-walls: the weights of pictures that show no walls
        bench_evidence SET... > evidence.csv; fit_reliability.py --ranges evidence.csv
        bench_evidence --one-sided SET... > evidence.csv; fit_reliability.py --one-sided evidence.csv
 
@@ -178,10 +179,12 @@ def calibration(p, y, bins=10):
 
 def main():
     global FEATURES, WRONG
-    paths = [path for path in sys.argv[1:] if path not in ("--ranges", "--one-sided")]
+    paths = [path for path in sys.argv[1:] if path not in ("--ranges", "--one-sided", "--without-walls")]
     if not paths:
         sys.exit(__doc__)
     judged, held_of = judged_without, held_without
+    if "--without-walls" in sys.argv:
+        FEATURES = [f for f in FEATURES if f[1] is not walls]
     if "--ranges" in sys.argv:
         FEATURES, judged, WRONG, held_of = RANGE_FEATURES, judged_with_ranges, 3.0, lambda r: 0.0
     if "--one-sided" in sys.argv:

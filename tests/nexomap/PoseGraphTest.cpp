@@ -376,6 +376,27 @@ TEST(Crowding, StationsAtTheUsualDistanceOrWithAViewOfTheirOwnStayTogether)
     EXPECT_TRUE(together(withAFifthStation(0.8, 0.7, false, true)));
 }
 
+TEST(Crowding, ATourWhoseStationsAllStandInPairsStaysTogether)
+{
+    MadeUpTour tour;
+    tour.lidar = false;
+    tour.inliers = 200;
+    tour.rotation_sigma = 0.01 * kDegree;
+    tour.translation_sigma = 0.001;
+    for (int k = 0; k < 4; ++k) {
+        tour.add(3.5 * k, k % 2, 0.3 * k);
+        tour.add(3.5 * k + 0.8, k % 2 + 0.1, 1.0);
+    }
+    tour.reach_m = 4.5;
+    Graph graph = graphOf(tour);
+    for (std::size_t k = 0; k < graph.poses.size(); ++k) {
+        const bool pair = graph.edges[k].i / 2 == graph.edges[k].j / 2;
+        graph.poses[k].matches = int(double(graph.poses[k].inliers.size()) / (pair ? 0.7 : 0.25));
+    }
+    const GraphSolution solution = graph.solve(8);
+    EXPECT_EQ(std::count(solution.component.begin(), solution.component.end(), 0), 8);
+}
+
 TEST(PoseGraph, AContradictionBeyondAllNumbersEnds)
 {
     std::vector<PairPose> measured(2);

@@ -17,6 +17,7 @@ constexpr double kSameView = 0.45; // share of the matches that agree
 constexpr double kCrowded_m = 1.25;
 constexpr double kCrowdedShare = 0.55; // of what the stations' nearest ones are away in the median
 constexpr std::size_t kFewest = 4;     // stations of which that is known
+constexpr std::size_t kMostShare = 2;  // at most one of so many stations of a group
 
 bool sameView(const PairPose& pose)
 {
@@ -30,14 +31,18 @@ std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std
                                   const std::vector<Pose>& poses)
 {
     std::vector<char> crowded(poses.size(), 0);
+    std::map<int, std::vector<int>> members;
+    for (std::size_t n = 0; n < poses.size(); ++n)
+        members[component[n]].push_back(int(n));
+    std::map<int, std::optional<double>> scales;
     const auto length = [&](std::size_t e) { return (poses[edges[e].i].t - poses[edges[e].j].t).norm(); };
     for (std::size_t s = 0; s < edges.size(); ++s) {
         if (!kept[s] || tied[s] < 0 || !sameView(*edges[s].pose)) continue;
         const int group = component[edges[s].i];
-        std::vector<int> members;
-        for (std::size_t n = 0; n < poses.size(); ++n)
-            if (component[n] == group) members.push_back(int(n));
-        const double close = kCrowded_m / conventionalScale(poses, members, edges, kept);
+        const auto [known, fresh] = scales.try_emplace(group);
+        if (fresh) known->second = scaleByFloor(poses, members[group], edges, kept);
+        if (!known->second) continue;
+        const double close = kCrowded_m / *known->second;
         if (length(s) >= close) continue;
         // How far the others' nearest stand, whose lengths are tied to this one's.
         std::map<int, double> nearest;
@@ -54,6 +59,12 @@ std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std
             usual.push_back(distance);
         if (usual.size() >= kFewest && length(s) < kCrowdedShare * median(usual))
             crowded[edges[s].i] = crowded[edges[s].j] = 1;
+    }
+    for (const auto& [group, nodes] : members) {
+        const auto count = std::count_if(nodes.begin(), nodes.end(), [&](int n) { return crowded[n]; });
+        if (kMostShare * std::size_t(count) <= nodes.size()) continue;
+        for (const int n : nodes)
+            crowded[n] = 0;
     }
     return crowded;
 }

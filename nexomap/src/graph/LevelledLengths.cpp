@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kRounds = 3;
 constexpr std::size_t kFewestEdges = 6;
-constexpr double kReach = 1.2, kStep = 0.01, kFineStep = 0.002; // of the logarithm of a length
+constexpr double kReach = 1.2, kStep = 0.01, kFineStep = 0.004; // of the logarithm of a length
 constexpr double kNear = 0.08;                                  // farther off another length is meant
 constexpr double kClear = 5.0;  // of the log-likelihood, above what any length farther off reaches
 constexpr double kSmall = 0.04; // what asks for more has to be clearer
@@ -97,9 +97,10 @@ struct Told
 };
 
 /// The length near the present one that fits clearly better than any farther off.
-std::optional<Told> bestNear(const Fit& fit)
+/// @param reach  how far off lengths are looked at, of the logarithm
+std::optional<Told> bestNear(const Fit& fit, double reach)
 {
-    const int steps = int(std::lround(kReach / kStep));
+    const int steps = int(std::lround(reach / kStep));
     double best = -std::numeric_limits<double>::infinity(), peak = 0.0;
     std::vector<double> coarse;
     for (int k = -steps; k <= steps; ++k) {
@@ -128,9 +129,10 @@ std::optional<Told> bestNear(const Fit& fit)
 }
 
 /// What heights tell of the lengths of one group, by edge.
+/// @param before  what they told a round ago: those are looked for nearby only
 std::map<std::size_t, Told> toldLengths(const std::vector<GraphEdge>& edges,
                                         const std::vector<std::size_t>& group, const std::vector<Pose>& poses,
-                                        double tilt)
+                                        double tilt, const std::map<std::size_t, Told>& before)
 {
     std::vector<EdgePoints> all;
     std::vector<double> middles, logs;
@@ -153,7 +155,8 @@ std::map<std::size_t, Told> toldLengths(const std::vector<GraphEdge>& edges,
             standing.size() - edge.points.size() < 4 * kFewestLevelPoints)
             continue;
         const Levels others = levels.without(edge.standing(centre));
-        if (const auto best = bestNear(Fit(others, edge, edge.middle - centre, usual)))
+        if (const auto best = bestNear(Fit(others, edge, edge.middle - centre, usual),
+                                       before.count(edge.edge) ? kNear : kReach))
             told[edge.edge] = *best;
     }
     return told;
@@ -205,19 +208,21 @@ std::vector<double> levelLengths(const std::vector<GraphEdge>& edges, const std:
 {
     std::vector<double> deviations(edges.size(), kVagueLength);
     const Groups groups = groupsOf(edges, kept, component);
+    std::map<std::size_t, Told> before;
     for (int round = 0; round < kRounds; ++round) {
         std::map<std::size_t, Told> told;
         for (const auto& [number, group] : groups) {
             // The mean vertical of many is as much better than one's own.
             const auto members = std::count(component.begin(), component.end(), number);
             const double tilt = options.tilt_sigma_rad / std::sqrt(double(members));
-            told.merge(toldLengths(edges, group, poses, tilt));
+            told.merge(toldLengths(edges, group, poses, tilt, before));
         }
         if (told.empty()) break;
         for (const auto& [number, group] : groups)
             for (const std::size_t e : group)
                 deviations[e] = told.count(e) ? told.at(e).sigma : kVagueLength;
         solveWith(told, edges, kept, component, groups, options, poses);
+        before = std::move(told);
     }
     return deviations;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace nexomap {
 
@@ -39,15 +40,13 @@ double nearlySizeOf(const std::vector<LevelPoint>& points)
 Levels::Levels(const std::vector<LevelPoint>& points)
     : m_unit(nearlySizeOf(points) / kSize)
 {
-    count(points, 1.0);
-    smooth();
+    add(points, 1.0);
 }
 
 Levels Levels::without(const std::vector<LevelPoint>& points) const
 {
     Levels rest = *this;
-    rest.count(points, -1.0);
-    rest.smooth();
+    rest.add(points, -1.0);
     return rest;
 }
 
@@ -58,10 +57,11 @@ double Levels::at(double height, double deviation) const
     int width = 0;
     while (width + 1 < kWidths && kNarrowest + deviation > widthOf(width) * std::sqrt(kWider))
         ++width;
-    const Bins& density = m_densities[std::size_t(width)];
+    const Bins& sums = m_sums[std::size_t(width)];
     const double between = std::clamp(bin - 0.5, 0.0, double(kBins - 1)); // of two bins' middles
-    const std::size_t low = std::size_t(between), high = std::min(low + 1, density.size() - 1);
-    return density[low] + (between - double(low)) * (density[high] - density[low]);
+    const std::size_t low = std::size_t(between), high = std::min(low + 1, sums.size() - 1);
+    const double sum = sums[low] + (between - double(low)) * (sums[high] - sums[low]);
+    return std::max(0.0, sum) * kPerUnit / std::max(1.0, m_total);
 }
 
 double Levels::logLikelihood(double height, double deviation) const
@@ -81,17 +81,14 @@ double Levels::widthOf(int width)
     return widths[std::size_t(width)];
 }
 
-void Levels::count(const std::vector<LevelPoint>& points, double weight)
+void Levels::add(const std::vector<LevelPoint>& points, double weight)
 {
+    std::map<int, double> counts;
     for (const LevelPoint& p : points) {
         const double bin = (p.height / m_unit + kSpan) * kPerUnit;
-        if (bin >= 0.0 && bin < kBins) m_counts[std::size_t(bin)] += weight;
+        if (bin >= 0.0 && bin < kBins) counts[int(bin)] += weight;
     }
     m_total += weight * double(points.size());
-}
-
-void Levels::smooth()
-{
     for (int w = 0; w < kWidths; ++w) {
         const double sigma = widthOf(w) * kPerUnit;
         const int reach = int(std::ceil(3.0 * sigma));
@@ -99,14 +96,10 @@ void Levels::smooth()
         double sum = 0.0;
         for (int d = -reach; d <= reach; ++d)
             sum += kernel.emplace_back(std::exp(-0.5 * d * d / (sigma * sigma)));
-        Bins& density = m_densities[std::size_t(w)];
-        density.fill(0.0);
-        for (int k = 0; k < kBins; ++k) {
-            if (m_counts[std::size_t(k)] == 0.0) continue;
-            const double share = m_counts[std::size_t(k)] * kPerUnit / (std::max(1.0, m_total) * sum);
-            for (int j = std::max(0, k - reach); j <= std::min(kBins - 1, k + reach); ++j)
-                density[std::size_t(j)] += share * kernel[std::size_t(j - k + reach)];
-        }
+        Bins& sums = m_sums[std::size_t(w)];
+        for (const auto& [bin, count] : counts)
+            for (int j = std::max(0, bin - reach); j <= std::min(kBins - 1, bin + reach); ++j)
+                sums[std::size_t(j)] += count / sum * kernel[std::size_t(j - bin + reach)];
     }
 }
 

@@ -59,12 +59,11 @@ private:
     using Bins = std::array<double, std::size_t(kBins)>;
 
     static double widthOf(int width);
-    void count(const std::vector<LevelPoint>& points, double weight);
-    void smooth();
+    /// Adds points, or takes them away.
+    void add(const std::vector<LevelPoint>& points, double weight);
 
     double m_unit, m_total = 0.0;
-    Bins m_counts{};
-    std::array<Bins, std::size_t(kWidths)> m_densities;
+    std::array<Bins, std::size_t(kWidths)> m_sums{}; ///< of the kernels, for each width of them
 };
 
 } // namespace nexomap

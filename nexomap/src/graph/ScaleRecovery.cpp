@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 
 namespace nexomap {
 namespace {
@@ -175,8 +176,8 @@ std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges
     return scales;
 }
 
-double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>& members,
-                         const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+std::optional<double> scaleByFloor(const std::vector<Pose>& poses, const std::vector<int>& members,
+                                   const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
 {
     std::vector<char> member(poses.size(), 0);
     for (const int n : members)
@@ -196,11 +197,24 @@ double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>&
             if (d[0] > 0.0) drops.push_back(-below.z());
         }
     }
-    if (lengths.empty()) return 1.0;
+    if (lengths.empty()) return std::nullopt;
     const double spacing = median(lengths);
     const double floor = floorDrop(drops);
     if (floor > 0.1 * spacing && floor < 10.0 * spacing) return 1.5 / floor;
-    return 2.0 / spacing;
+    return std::nullopt;
+}
+
+double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>& members,
+                         const std::vector<GraphEdge>& edges, const std::vector<char>& kept)
+{
+    if (const auto scale = scaleByFloor(poses, members, edges, kept)) return *scale;
+    const std::set<int> inside(members.begin(), members.end());
+    std::vector<double> lengths;
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        const double length = (poses[edges[e].j].t - poses[edges[e].i].t).norm();
+        if (kept[e] && inside.count(edges[e].i) && length > 1e-9) lengths.push_back(length);
+    }
+    return lengths.empty() ? 1.0 : 2.0 / median(lengths);
 }
 
 } // namespace nexomap

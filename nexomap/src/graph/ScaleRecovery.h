@@ -18,8 +18,13 @@ namespace nexomap {
 std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges,
                                   const std::vector<char>& kept, std::vector<int>* tied = nullptr);
 
-/// Factor that brings a group without metres to its conventional size: stations 1.5 m above the floor where
-/// triangulated features show one, otherwise a median distance of 2 m between linked stations.
+/// Factor that brings a group without metres to stations 1.5 m above the floor; nullopt where triangulated
+/// features show none.
+/// @param members  the group's nodes
+std::optional<double> scaleByFloor(const std::vector<Pose>& poses, const std::vector<int>& members,
+                                   const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
+
+/// Factor that brings a group without metres to its conventional size: by the floor, otherwise a median distance of 2 m between linked stations.
 /// @param members  the group's nodes
 double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>& members,
                          const std::vector<GraphEdge>& edges, const std::vector<char>& kept);

@@ -153,22 +153,25 @@ double oneSidedReliability(const Evidence& e)
 double bearingReliability(const Evidence& e)
 {
     if (e.inliers < kFewestBearings) return 0.0;
-    // Weights by benchmarks/linking/fit_reliability.py from the evidence of made-up buildings, plain ones,
-    // with people beside the camera and with rooms furnished alike among them; docs/LINKING.md has the curve.
-    constexpr double kConstant = -5.7462;
     // Cameras that lean against each other lean as much from the vertical: that much elevation is theirs.
     const double elevation_deg = std::max(0.0, (std::abs(e.elevation) - 0.5 * e.lean) / kDegree),
                  sigma_deg = e.direction_sigma / kDegree;
-    const std::pair<double, double> terms[] = {
-        {0.1837, std::log(std::min(e.inliers, 150))},          // log of the inliers
-        {6.9516, std::min(e.inlier_share, 0.5)},               // inlier share
-        {-0.6695, e.second_share},                             // second pose's share
-        {-1.0951, std::log(std::clamp(sigma_deg, 0.03, 3.0))}, // log of the direction's deviation
-        {0.7572, wallsOdds(e)},                                // walls laid onto each other
+    struct Weights
+    {
+        double constant, inliers, share, second, sigma, walls;
     };
-    double z = kConstant;
-    for (const auto& [weight, value] : terms)
-        z += weight * value;
+    // Weights by benchmarks/linking/fit_reliability.py from the evidence of made-up buildings, plain ones,
+    // with people beside the camera and with rooms furnished alike among them; docs/LINKING.md has the curve.
+    // Where a picture shows no walls (a garden, a cave), what else is known has to say more.
+    constexpr Weights kWithWalls{-5.7462, 0.1837, 6.9516, -0.6695, -1.0951, 0.7572},
+        kWithoutWalls{-5.7312, 0.5924, 7.4440, -0.2423, -1.2427, 0.0};
+    const Weights& weights = e.skew ? kWithWalls : kWithoutWalls;
+    double z = weights.constant;
+    z += weights.inliers * std::log(std::min(e.inliers, 150));
+    z += weights.share * std::min(e.inlier_share, 0.5);
+    z += weights.second * e.second_share;
+    z += weights.sigma * std::log(std::clamp(sigma_deg, 0.03, 3.0));
+    z += weights.walls * wallsOdds(e);
     // Held in the fit: made-up buildings have no stairs, and cameras that lean more than they know little of.
     z -= 1.5 * std::clamp(elevation_deg - 1.5, 0.0, 3.0);
     z -= 0.3 * std::max(0.0, e.lean / kDegree - 3.0);

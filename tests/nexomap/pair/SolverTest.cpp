@@ -170,10 +170,21 @@ TEST(Reliability, APoseThatLaysTheWallsOntoEachOtherIsBelievedMore)
     const double askew = bearingReliability(evidence);
     evidence.skew = 30.0 * kDegree;
     const double across = bearingReliability(evidence);
-    EXPECT_GT(along, unknown + 0.3);
+    EXPECT_GT(along, unknown + 0.2);
     EXPECT_GT(unknown, across);
     EXPECT_GT(askew, across);
     EXPECT_LT(across, 0.1);
+}
+
+TEST(Reliability, WherePicturesShowNoWallsAGoodPoseIsBelievedAllTheSame)
+{
+    Evidence evidence;
+    evidence.inliers = 60;
+    evidence.inlier_share = 0.4;
+    evidence.direction_sigma = 0.15 * kDegree;
+    EXPECT_GT(bearingReliability(evidence), 0.8);
+    evidence.inlier_share = 0.1;
+    EXPECT_LT(bearingReliability(evidence), 0.5);
 }
 
 TEST(Reliability, WithRangesFewMatchesExcuseLittleThatIsSeenThrough)
