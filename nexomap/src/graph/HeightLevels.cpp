@@ -28,7 +28,8 @@ double leanOf(const std::vector<GraphEdge>& edges)
     constexpr double kShare = 0.25;
     std::vector<double> leans;
     for (const GraphEdge& edge : edges)
-        leans.push_back(std::acos(std::clamp(edge.pose->R_0_from_1(2, 2), -1.0, 1.0)));
+        if (const double cosine = edge.pose->R_0_from_1(2, 2); std::isfinite(cosine))
+            leans.push_back(std::acos(std::clamp(cosine, -1.0, 1.0)));
     return leans.empty() ? 0.0 : kShare * median(leans);
 }
 

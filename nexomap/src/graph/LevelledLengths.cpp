@@ -137,11 +137,14 @@ std::map<std::size_t, Told> toldLengths(const std::vector<GraphEdge>& edges,
     std::vector<EdgePoints> all;
     std::vector<double> middles, logs;
     for (const std::size_t e : group) {
-        all.push_back(pointsOf(edges[e], poses, tilt));
+        EdgePoints points = pointsOf(edges[e], poses, tilt);
+        if (!std::isfinite(points.middle) || !std::isfinite(points.length)) continue;
+        all.push_back(std::move(points));
         all.back().edge = e;
         middles.push_back(all.back().middle);
         logs.push_back(std::log(all.back().length));
     }
+    if (all.empty()) return {};
     const double centre = median(middles), usual = median(logs);
     std::vector<LevelPoint> standing;
     for (const EdgePoints& edge : all)

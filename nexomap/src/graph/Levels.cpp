@@ -30,7 +30,7 @@ double nearlySizeOf(const std::vector<LevelPoint>& points)
 {
     std::vector<double> sizes;
     for (const LevelPoint& p : points)
-        sizes.push_back(std::abs(p.height));
+        if (std::isfinite(p.height)) sizes.push_back(std::abs(p.height));
     if (sizes.empty()) return 1e-9;
     const auto nearly = sizes.begin() + std::ptrdiff_t(sizes.size() * 19 / 20);
     std::nth_element(sizes.begin(), nearly, sizes.end());
