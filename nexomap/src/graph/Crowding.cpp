@@ -4,6 +4,7 @@
 // Rooms that are furnished alike, told by stations that crowd one of them.
 #include "nexomap/src/graph/Crowding.h"
 
+#include "nexomap/src/graph/GroupLayout.h"
 #include "nexomap/src/graph/LengthTies.h"
 #include "nexomap/src/graph/ScaleRecovery.h"
 
@@ -31,16 +32,14 @@ std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std
                                   const std::vector<Pose>& poses)
 {
     std::vector<char> crowded(poses.size(), 0);
-    std::map<int, std::vector<int>> members;
-    for (std::size_t n = 0; n < poses.size(); ++n)
-        members[component[n]].push_back(int(n));
+    const std::vector<std::vector<int>> members = membersOf(component);
     std::map<int, std::optional<double>> scales;
     const auto length = [&](std::size_t e) { return (poses[edges[e].i].t - poses[edges[e].j].t).norm(); };
     for (std::size_t s = 0; s < edges.size(); ++s) {
         if (!kept[s] || tied[s] < 0 || !sameView(*edges[s].pose)) continue;
         const int group = component[edges[s].i];
         const auto [known, fresh] = scales.try_emplace(group);
-        if (fresh) known->second = scaleByFloor(poses, members[group], edges, kept);
+        if (fresh) known->second = scaleByFloor(poses, members[std::size_t(group)], edges, kept);
         if (!known->second) continue;
         const double close = kCrowded_m / *known->second;
         if (length(s) >= close) continue;
@@ -60,7 +59,7 @@ std::vector<char> crowdedStations(const std::vector<GraphEdge>& edges, const std
         if (usual.size() >= kFewest && length(s) < kCrowdedShare * median(usual))
             crowded[edges[s].i] = crowded[edges[s].j] = 1;
     }
-    for (const auto& [group, nodes] : members) {
+    for (const std::vector<int>& nodes : members) {
         const auto count = std::count_if(nodes.begin(), nodes.end(), [&](int n) { return crowded[n]; });
         if (kMostShare * std::size_t(count) <= nodes.size()) continue;
         for (const int n : nodes)

@@ -10,8 +10,8 @@
 
 namespace nexomap {
 namespace {
-
 constexpr double kRoomBetweenGroups_m = 10.0;
+} // namespace
 
 std::vector<std::vector<int>> membersOf(const std::vector<int>& component)
 {
@@ -22,8 +22,6 @@ std::vector<std::vector<int>> membersOf(const std::vector<int>& component)
     }
     return members;
 }
-
-} // namespace
 
 std::vector<int> componentsBySize(const std::vector<int>& component)
 {

@@ -7,6 +7,9 @@
 
 namespace nexomap {
 
+/// The nodes of each component, in their order.
+std::vector<std::vector<int>> membersOf(const std::vector<int>& component);
+
 /// Brings each component without any metric edge to its conventional size.
 void rescaleGroups(const std::vector<GraphEdge>& edges, const std::vector<char>& kept,
                    const std::vector<int>& component, std::vector<Pose>& poses);

@@ -24,7 +24,8 @@ std::vector<double> recoverScales(int nodes, const std::vector<GraphEdge>& edges
 std::optional<double> scaleByFloor(const std::vector<Pose>& poses, const std::vector<int>& members,
                                    const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
 
-/// Factor that brings a group without metres to its conventional size: by the floor, otherwise a median distance of 2 m between linked stations.
+/// Factor that brings a group without metres to its conventional size: by the floor, otherwise a median
+/// distance of 2 m between linked stations.
 /// @param members  the group's nodes
 double conventionalScale(const std::vector<Pose>& poses, const std::vector<int>& members,
                          const std::vector<GraphEdge>& edges, const std::vector<char>& kept);
